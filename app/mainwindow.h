@@ -1,0 +1,160 @@
+#pragma once
+
+#include <QAbstractSocket>
+#include <QByteArray>
+#include <QColor>
+#include <QMainWindow>
+#include <QMap>
+#include <QMultiMap>
+#include <QString>
+#include <QStringList>
+
+class QFile;
+class QNetworkReply;
+class QTableWidget;
+class QTcpSocket;
+class QTimer;
+class QUdpSocket;
+
+namespace Ui {
+class MainWindow;
+}
+
+// The one main window. Its implementation is split by subsystem; each group
+// below names the file that holds it:
+//   app/mainwindow.cpp               construction, interface list, sequence counter
+//   app/mainwindow_menus.cpp         full screen, online help, About
+//   netconf/mainwindow_validators.cpp address checks and the lock of the camera controls
+//   discovery/mainwindow_search.cpp  search rounds and reply handling
+//   discovery/mainwindow_select.cpp  row colouring and opening a camera
+//   netconf/mainwindow_ipconf.cpp    IP configuration tab
+//   auth/mainwindow_auth.cpp         credential dialog opening, base64_encode
+//   update/mainwindow_update.cpp     update tab and the firmware upload stream
+//   sdcard/mainwindow_sdcard.cpp     SD card tab
+// The slots are declared in the order the meta-object must list them.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    // Ordering key and checks of typed addresses (netconf/mainwindow_validators.cpp).
+    int IPtoInt(QString *dotted);
+    bool checkIp(QString text);
+    bool checkSubnet(QString text);
+    bool checkGateway(QString text);
+    bool checkDns(QString text);
+    bool checkPort(QString text);
+    void checkIpLock(QString ip);
+
+    // Search (discovery/).
+    void searchHaddle();
+    void setRowColor(int row, QColor background, QColor foreground);
+    void sleep(unsigned int msec);
+
+    // Interface list (app/mainwindow.cpp).
+    void init();
+    QString getNetwork();
+
+    // IP configuration (netconf/mainwindow_ipconf.cpp).
+    void ipConf_right_frame_disable();
+    void WinbondRebootProgressBar();
+    void HaisiRebootProgressBar();
+    QString WinbondDataHandle(QString hex, QString key);
+    QByteArray WinbondtoHex(QString value, QString key);
+    QByteArray MactoHex(QString mac);
+
+    // Credentials (auth/mainwindow_auth.cpp).
+    QString base64_encode(QString text);
+
+    // SD card status (sdcard/mainwindow_sdcard.cpp).
+    void postSdCardStatus(QString ip, QString user, QString password, QString port);
+    QString getSDCardDataHandle(QString text);
+
+public slots:
+    quint32 getSeqNum();
+    bool appendWinbondIP(QStringList ipValues, QByteArray *data, int start);
+    bool isNum(QString text);
+    bool isAddr(QString text);
+    void on_searchButton_clicked();
+    void processPendingDatagram();
+    void on_actionFull_toggled(bool arg1);
+    void on_automaticSearchBox_toggled(bool checked);
+    void on_actionAbout_triggered();
+    void on_actionOnline_triggered();
+    void mycellClicked(int row, int column);
+    void mycellClickedIpConf(int row, int column);
+    void mycellClickedUpdate(int row, int column);
+    void mycellClickedSdmanager(int row, int column);
+    void mycellDoubleClicked1(int row, int column);
+    void mycellDoubleClicked2(int row, int column);
+    void mycellDoubleClicked3(int row, int column);
+    void mycellDoubleClicked4(int row, int column);
+    void receiveCamConfIp(QStringList cameraStatus);
+    void receiveCamUpdate(QStringList cameraStatus);
+    void receiveCamSdCard(QStringList cameraStatus);
+    void on_dhcpCheckbox_toggled(bool checked);
+    void on_dhcpsubmit_clicked();
+    void ipConf(QNetworkReply *reply);
+    void on_fileChoose_clicked();
+    void on_updateSubmit_clicked();
+    void on_selectBox_currentIndexChanged(int index);
+    void on_actionRefresh_triggered();
+    void startTransfer();
+    void updateClientProgress(qint64 numBytes);
+    void displayError(QAbstractSocket::SocketError socketError);
+    void on_wifiComboBox_currentTextChanged(const QString &addr);
+    void checkSdCardMountedReply(QNetworkReply *reply);
+    void on_viewFilesBtn_clicked();
+
+private:
+    // discovery/ helpers
+    // Steps shared by the four cell-click slots: restore the previous row,
+    // paint the clicked one in all four tables, remember it.
+    void highlightClickedRow(QTableWidget *table, int row, int column);
+
+    // netconf/ helpers
+
+    // auth/ helpers
+
+    // update/ helpers
+
+    // sdcard/ helpers
+
+    QStringList winbondReplies;
+    QStringList hdsReplies;
+    QMap<QString, QString> lockState;
+    // Kept from the first design: nothing reads or writes it, and a search leaves it alone.
+    QMap<QString, QString> reservedMap;
+    QMultiMap<QString, QString> sdInfoCache;
+    QMultiMap<QString, QString> cameraCredentials;
+    bool sdNeedsCheck = true;
+    Ui::MainWindow *ui;
+    QUdpSocket *broadcastSender = nullptr;
+    QUdpSocket *multicastSender = nullptr;
+    QUdpSocket *binaryReceiver = nullptr;
+    QUdpSocket *multicastReceiver = nullptr;
+    QTimer *autoSearchTimer = nullptr;
+    QColor rowTextColor;
+    qint32 lastClickedRow = -1;
+    QTcpSocket *tcpClient = nullptr;
+    qint64 totalBytes = 0;
+    qint64 bytesWritten = 0;
+    qint64 bytesToWrite = 0;
+    qint64 uploadChunkSize = 4096;
+    QString fileName;
+    QByteArray outBlock;
+    QByteArray uploadTrailer;
+    quint32 seqNum = 0;
+    QMap<QString, QString> deviceIds;
+    QString sdStatusMessage;
+
+    // The camera chosen on the IP Conf., Update and SD Card tabs: its HTTP port
+    // and family as found in its discovery reply.
+    QString cameraPort;
+    QString cameraFamily;
+    // The file being uploaded; a new one per upload, owned by the window.
+    QFile *localFile = nullptr;
+};
