@@ -111,6 +111,13 @@ public slots:
 
 private:
     // discovery/ helpers
+    QList<QTableWidget *> deviceTables() const;
+    // Each reply is kept raw, then listed once per MAC at its key's position.
+    void listWinbondReply(const QByteArray &datagram);
+    void listHdsReply(const QByteArray &datagram);
+    bool isListed(const QString &mac) const;
+    int insertDeviceRow(QString ip);
+    void enlargeReceiveBuffers();
     // Steps shared by the four cell-click slots: restore the previous row,
     // paint the clicked one in all four tables, remember it.
     void highlightClickedRow(QTableWidget *table, int row, int column);
