@@ -19,10 +19,13 @@ bool toCount(const QString &text, int max, int *value)
     return true;
 }
 
+// Four dotted decimal parts; QHostAddress alone also takes "10.78.1".
 bool isIpv4(const QString &text)
 {
+    const QStringList parts = text.split(QLatin1Char('.'));
     QHostAddress address;
-    return address.setAddress(text) && address.protocol() == QAbstractSocket::IPv4Protocol;
+    return parts.size() == 4 && address.setAddress(text) &&
+           address.protocol() == QAbstractSocket::IPv4Protocol;
 }
 
 QString macOf(int index)

@@ -79,3 +79,5 @@ private:
 };
 
 } // namespace veltor::camsim
+
+Q_DECLARE_METATYPE(veltor::camsim::SimDatagram)
