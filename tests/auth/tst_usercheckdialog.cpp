@@ -32,31 +32,51 @@ void UserCheckDialogTest::check_data()
 
     const QString wrong = QStringLiteral("Your username or password is not correct!");
     QTest::newRow("winbond accepted")
-        << "Winbond" << "127.0.0.1" << 200 << "admin" << "secret" << "" << "" << true
-        << QByteArray("/check_user.cgi?user=admin&pwd=secret");
+        << "Winbond"
+        << "127.0.0.1" << 200 << "admin"
+        << "secret"
+        << ""
+        << "" << true << QByteArray("/check_user.cgi?user=admin&pwd=secret");
     QTest::newRow("haisi accepted")
-        << "Haisi" << "127.0.0.1" << 200 << "admin" << "secret" << "" << "" << true
-        << QByteArray("/param.cgi?cmd=getuserinfo&usr=admin&pwd=secret");
-    QTest::newRow("empty credentials") << "Haisi" << "127.0.0.1" << 200 << "" << "" << "" << ""
-                                       << true
-                                       << QByteArray("/param.cgi?cmd=getuserinfo&usr=&pwd=");
-    QTest::newRow("401 stays open") << "Winbond" << "127.0.0.1" << 401 << "admin" << "bad"
-                                    << "Authentification" << wrong << false
-                                    << QByteArray("/check_user.cgi?user=admin&pwd=bad");
+        << "Haisi"
+        << "127.0.0.1" << 200 << "admin"
+        << "secret"
+        << ""
+        << "" << true << QByteArray("/param.cgi?cmd=getuserinfo&usr=admin&pwd=secret");
+    QTest::newRow("empty credentials")
+        << "Haisi"
+        << "127.0.0.1" << 200 << ""
+        << ""
+        << ""
+        << "" << true << QByteArray("/param.cgi?cmd=getuserinfo&usr=&pwd=");
+    QTest::newRow("401 stays open")
+        << "Winbond"
+        << "127.0.0.1" << 401 << "admin"
+        << "bad"
+        << "Authentification" << wrong << false << QByteArray("/check_user.cgi?user=admin&pwd=bad");
     QTest::newRow("no answer is a timeout")
-        << "Haisi" << "127.0.0.1" << 0 << "admin" << "x" << "Authentication"
+        << "Haisi"
+        << "127.0.0.1" << 0 << "admin"
+        << "x"
+        << "Authentication"
         << "Timeout, username and password could not be checked" << true
         << QByteArray("/param.cgi?cmd=getuserinfo&usr=admin&pwd=x");
     QTest::newRow("other /24 is not asked")
-        << "Winbond" << "127.0.1.1" << 200 << "admin" << "secret" << "Authentication"
+        << "Winbond"
+        << "127.0.1.1" << 200 << "admin"
+        << "secret"
+        << "Authentication"
         << "Username and password can not be checked, changes might be invalid" << true
         << QByteArray();
     QTest::newRow("unknown family on the same /24")
-        << "Sony" << "127.0.0.9" << 200 << "admin" << "secret" << "Authentification" << wrong
-        << false << QByteArray();
-    QTest::newRow("special characters") << "Winbond" << "127.0.0.1" << 200 << "a&b=c"
-                                        << QString::fromUtf8("p#w+ %2Fä&pwd=x") << "" << ""
-                                        << true << QByteArray();
+        << "Sony"
+        << "127.0.0.9" << 200 << "admin"
+        << "secret"
+        << "Authentification" << wrong << false << QByteArray();
+    QTest::newRow("special characters")
+        << "Winbond"
+        << "127.0.0.1" << 200 << "a&b=c" << QString::fromUtf8("p#w+ %2Fä&pwd=x") << ""
+        << "" << true << QByteArray();
 }
 
 void UserCheckDialogTest::check()
@@ -102,7 +122,8 @@ void UserCheckDialogTest::check()
     if (!path.isEmpty())
         QCOMPARE(camera.paths.first(), path);
     if (asked) {
-        const QString userKey = family == "Winbond" ? QStringLiteral("user") : QStringLiteral("usr");
+        const QString userKey =
+            family == "Winbond" ? QStringLiteral("user") : QStringLiteral("usr");
         QCOMPARE(camera.lastQuery.value(userKey), user);
         QCOMPARE(camera.lastQuery.value(QStringLiteral("pwd")), password);
     }
@@ -132,9 +153,9 @@ void UserCheckDialogTest::form()
     QCOMPARE(pass->echoMode(), QLineEdit::Password);
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Dialog"));
     QCOMPARE(dialog.styleSheet(), QStringLiteral("background-color:#dcdcdc"));
-    for (const char *name : {"label", "username", "user", "password", "userok", "usercancel",
-                             "gridLayout", "horizontalLayout", "horizontalLayout_2",
-                             "horizontalLayout_3"})
+    for (const char *name :
+         {"label", "username", "user", "password", "userok", "usercancel", "gridLayout",
+          "horizontalLayout", "horizontalLayout_2", "horizontalLayout_3"})
         QVERIFY2(dialog.findChild<QObject *>(QLatin1String(name)), name);
 }
 
