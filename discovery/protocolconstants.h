@@ -20,4 +20,10 @@ constexpr int kCredentialCheckTimeoutMs = 5000;
 constexpr unsigned kWinbondRebootStepMs = 300;
 constexpr unsigned kHaisiRebootStepMs = 1500;
 
+// Discovery: the Client-ID sent by every HDS/1.0 request (SEARCH and CMD alike),
+// and the kernel buffer of the search receivers, large enough that a burst of
+// replies waits there while the GUI thread fills the tables.
+constexpr char kHdsClientId[] = "TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr";
+constexpr int kReceiveBufferBytes = 4 * 1024 * 1024;
+
 } // namespace veltor

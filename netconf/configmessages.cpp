@@ -1,5 +1,6 @@
 #include "netconf/configmessages.h"
 
+#include "discovery/protocolconstants.h"
 #include "netconf/validators.h"
 
 #include <QStringList>
@@ -8,8 +9,6 @@
 namespace veltor {
 
 namespace {
-
-const char kClientId[] = "TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr";
 
 // Offsets of the Winbond configuration datagram.
 constexpr int kCommandOffset = 4;
@@ -82,7 +81,7 @@ QByteArray hdsCmdRequest(quint32 cseq, const QString &user, const QString &passw
     QByteArray request = QByteArrayLiteral("CMD * HDS/1.0\r\nCSeq:");
     request += QByteArray::number(cseq);
     request += QByteArrayLiteral("\r\nClient-ID:");
-    request += kClientId;
+    request += kHdsClientId;
     request += QByteArrayLiteral("\r\nAccept-Type:text/HDP\r\nAuthorization:Basic ");
     request += user.toUtf8() + ':' + password.toUtf8();
     request += QByteArrayLiteral("\r\nDevice-ID:") + deviceId.toUtf8();

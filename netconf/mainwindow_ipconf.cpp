@@ -1,6 +1,7 @@
 #include "app/mainwindow.h"
 
 #include "auth/usercheckdialog.h"
+#include "discovery/winbondreply.h"
 #include "netconf/configmessages.h"
 #include "ui_mainwindow.h"
 
@@ -16,7 +17,6 @@ struct WinbondField
 constexpr WinbondField kWinbondIp{"ip", 57, 4};
 constexpr WinbondField kWinbondFormFields[] = {
     {"subnet", 61, 4}, {"gateway", 65, 4}, {"dns", 69, 4}, {"port", 86, 1}, {"dhcp", 87, 1}};
-constexpr int kWinbondReplyBytes = 88; // a shorter reply does not carry all of them
 
 QString fieldHex(const QString &replyHex, const WinbondField &field)
 {
@@ -58,7 +58,7 @@ bool MainWindow::fillFromWinbondReply(const QString &ip)
     // Element 0 is never a camera.
     for (int i = 1; i < winbondReplies.size(); ++i) {
         const QString &reply = winbondReplies.at(i);
-        if (reply.size() < kWinbondReplyBytes * 2 ||
+        if (reply.size() < veltor::kWinbondReplyMinSize * 2 ||
             WinbondDataHandle(fieldHex(reply, kWinbondIp), QLatin1String(kWinbondIp.key)) != ip)
             continue;
         showCameraAddress(ip);
