@@ -123,6 +123,21 @@ private:
     void highlightClickedRow(QTableWidget *table, int row, int column);
 
     // netconf/ helpers
+    // Form filling and unlocking in mainwindow_ipconf.cpp; the submit, its
+    // HTTP follow-up and the reboot wait in mainwindow_ipsubmit.cpp.
+    bool fillFromWinbondReply(const QString &ip);
+    bool fillFromHdsReply(const QString &ip);
+    void showCameraAddress(const QString &ip);
+    void setDhcpBox(const QString &flag);
+    void askCredentialsIpConf(const QString &ip);
+    // The newest credentials of a camera: user, password, port, family.
+    QStringList newestCredentials(const QString &ip) const;
+    QString macOfCamera(const QString &ip) const;
+    bool sendWinbondConfig(const QString &mac, const QStringList &credentials);
+    void sendHaisiConfig(const QString &mac, const QStringList &credentials);
+    void confirmConfiguration(const QString &ip, const QStringList &credentials);
+    void rebootProgress(unsigned stepMs);
+    class QNetworkAccessManager *configManager = nullptr;
 
     // auth/ helpers
 
