@@ -14,4 +14,10 @@ constexpr int kSearchRounds = 3;
 constexpr unsigned kProgressStepMs = 20;       // 101 steps: about two seconds a round
 constexpr int kMaxEventSliceMs = 100;          // longest slice of event processing in sleep()
 
+// Discovery: the Client-ID sent by every HDS/1.0 request (SEARCH and CMD alike),
+// and the kernel buffer of the search receivers, large enough that a burst of
+// replies waits there while the GUI thread fills the tables.
+constexpr char kHdsClientId[] = "TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr";
+constexpr int kReceiveBufferBytes = 4 * 1024 * 1024;
+
 } // namespace veltor

@@ -11,7 +11,7 @@ set_source_files_properties(${VELTOR_RES_DIR}/languages/lang_de.ts PROPERTIES
 qt5_add_translation(VELTOR_QM_FILES ${VELTOR_RES_DIR}/languages/lang_de.ts)
 set(VELTOR_TRANSLATIONS_QRC ${VELTOR_RES_BIN}/translations.qrc)
 file(WRITE ${VELTOR_TRANSLATIONS_QRC}.in
-    "<RCC><qresource prefix=\"/languages\"><file>languages/lang_de.qm</file></qresource></RCC>\n")
+    "<RCC><qresource prefix=\"/languages\"><file alias=\"lang_de.qm\">languages/lang_de.qm</file></qresource></RCC>\n")
 configure_file(${VELTOR_TRANSLATIONS_QRC}.in ${VELTOR_TRANSLATIONS_QRC} COPYONLY)
 qt5_add_resources(VELTOR_TRANSLATION_SOURCES ${VELTOR_TRANSLATIONS_QRC})
 set_source_files_properties(${VELTOR_TRANSLATION_SOURCES} PROPERTIES SKIP_AUTORCC ON)

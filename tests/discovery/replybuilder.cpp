@@ -1,0 +1,48 @@
+#include "replybuilder.h"
+
+namespace replybuilder {
+
+namespace {
+
+void putBytes(QByteArray *reply, int offset, const QList<int> &values)
+{
+    for (int i = 0; i < values.size(); ++i)
+        (*reply)[offset + i] = char(values.at(i));
+}
+
+} // namespace
+
+QByteArray winbondReply(const WinbondFields &fields)
+{
+    QByteArray reply(88, '\0');
+    reply.replace(0, 4, "MO_I");
+    reply.replace(23, 12, fields.mac.leftJustified(12, '\0', true));
+    reply.replace(35, 22, fields.name.leftJustified(22, '\0', true));
+    putBytes(&reply, 57, fields.ip);
+    putBytes(&reply, 61, fields.subnet);
+    putBytes(&reply, 65, fields.gateway);
+    putBytes(&reply, 69, fields.dns);
+    putBytes(&reply, 77, fields.firmware);
+    putBytes(&reply, 81, fields.webui);
+    reply[86] = char(fields.port);
+    reply[87] = char(fields.dhcp);
+    return reply;
+}
+
+QByteArray hdsReply(const QList<QByteArray> &lines)
+{
+    QByteArray reply = "HDS/1.0 200 OK\r\n";
+    for (const QByteArray &line : lines)
+        reply += line + "\r\n";
+    return reply;
+}
+
+QByteArray hdsCamera(const QString &ip, const QString &mac, const QString &name)
+{
+    return hdsReply({"Device-Name=" + name.toUtf8(), "Device-ID=ID-" + mac.toUtf8(),
+                     "IP=" + ip.toUtf8(), "MAC=" + mac.toUtf8(), "MASK=255.255.255.0",
+                     "Gateway=192.168.1.1", "Fdns=192.168.1.1", "Http-Port=81", "Dhcp=1",
+                     "Software-Version=V1.2", "Web-Version=W3.4"});
+}
+
+} // namespace replybuilder

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+// Camera replies as the cameras send them, for the tests of the search.
+namespace replybuilder {
+
+struct WinbondFields
+{
+    QByteArray mac = "000A1B2C3D4E"; // twelve ASCII characters
+    QByteArray name = "Cam1";        // zero-padded to 22 bytes
+    QList<int> ip{192, 168, 1, 20};
+    QList<int> subnet{255, 255, 255, 0};
+    QList<int> gateway{192, 168, 1, 1};
+    QList<int> dns{8, 8, 8, 8};
+    QList<int> firmware{1, 2, 3, 4};
+    QList<int> webui{5, 6, 7, 8};
+    int port = 80;
+    int dhcp = 0;
+};
+
+// The 88 bytes that carry every field, header bytes filled with a marker.
+QByteArray winbondReply(const WinbondFields &fields = WinbondFields());
+
+// "HDS/1.0 200 OK" followed by the given lines, each ended by "\r\n".
+QByteArray hdsReply(const QList<QByteArray> &lines);
+
+// A full HDS reply for a camera with the given IP and MAC.
+QByteArray hdsCamera(const QString &ip, const QString &mac, const QString &name = "Haisi1");
+
+} // namespace replybuilder
