@@ -122,6 +122,10 @@ private:
     // update/ helpers
 
     // sdcard/ helpers
+    bool isWinbondCamera(const QString &ip);
+    // Fills the three tabs from the camera's HDS/1.0 search reply, if stored.
+    void fillFromHaisiReply(const QString &ip);
+    void openSdCredentialDialog(const QString &ip, int row);
 
     QStringList winbondReplies;
     QStringList hdsReplies;
