@@ -124,8 +124,8 @@ private:
     // sdcard/ helpers
     bool isWinbondCamera(const QString &ip);
     // Fills the three tabs from the camera's HDS/1.0 search reply, if stored.
-    void fillFromHaisiReply(const QString &ip);
-    void openSdCredentialDialog(const QString &ip, int row);
+    bool fillFromHaisiReply(const QString &ip);
+    void openSdCredentialDialog(const QString &ip, const QString &port);
 
     QStringList winbondReplies;
     QStringList hdsReplies;

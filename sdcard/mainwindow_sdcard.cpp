@@ -40,11 +40,13 @@ void MainWindow::mycellClickedSdmanager(int row, int column)
         sdStatusMessage = tr("VGA-Cameras do not support SD cards");
         return;
     }
-    fillFromHaisiReply(ip);
+    const bool known = fillFromHaisiReply(ip);
     if (lockState.value(ip) != QLatin1String("unlock")) {
         for (QLabel *label : {ui->totalMenorySize, ui->leftMemorySize, ui->UsedMemorySize})
             label->clear();
-        openSdCredentialDialog(ip, row);
+        // A camera missing from the stored replies keeps the port of its row.
+        const QTableWidgetItem *portItem = ui->tableWidgetSearch_4->item(row, 2);
+        openSdCredentialDialog(ip, known || !portItem ? cameraPort : portItem->text());
         return;
     }
     sdInfoCache.clear();
@@ -62,16 +64,15 @@ bool MainWindow::isWinbondCamera(const QString &ip)
     return false;
 }
 
-void MainWindow::fillFromHaisiReply(const QString &ip)
+bool MainWindow::fillFromHaisiReply(const QString &ip)
 {
     for (int i = 1; i < hdsReplies.size(); ++i) {
         const std::optional<veltor::HdsFields> fields = veltor::parseHdsFields(hdsReplies.at(i));
         if (!fields || fields->value(QStringLiteral("IP")) != ip)
             continue;
         const auto value = [&fields](const char *key) { return fields->value(QLatin1String(key)); };
-        for (QWidget *field :
-             {static_cast<QWidget *>(ui->ipaddress), static_cast<QWidget *>(ui->ipFixEdit)})
-            qobject_cast<QLineEdit *>(field)->setText(value("IP"));
+        ui->ipaddress->setText(value("IP"));
+        ui->ipFixEdit->setText(value("IP"));
         ui->iplabel->setText(value("IP"));
         ui->ipFixSd->setText(value("IP"));
         ui->subnet->setText(value("MASK"));
@@ -91,17 +92,13 @@ void MainWindow::fillFromHaisiReply(const QString &ip)
                   static_cast<QWidget *>(ui->dns)})
                 control->setEnabled(false);
         }
-        return;
+        return true;
     }
+    return false;
 }
 
-void MainWindow::openSdCredentialDialog(const QString &ip, int row)
+void MainWindow::openSdCredentialDialog(const QString &ip, const QString &port)
 {
-    // A camera missing from the stored replies keeps the port of its row.
-    const QTableWidgetItem *portItem = ui->tableWidgetSearch_4->item(row, 2);
-    const QString port = ui->ipFixSd->text() == ip && !cameraPort.isEmpty()
-                             ? cameraPort
-                             : (portItem ? portItem->text() : QString());
 #ifdef VELTOR_HAS_USERCHECKDIALOG
     auto *dialog = new userCheckDialog(this);
     dialog->setNetwork(getNetwork());
