@@ -154,6 +154,10 @@ private:
     void endUpload();
 
     // sdcard/ helpers
+    bool isWinbondCamera(const QString &ip);
+    // Fills the three tabs from the camera's HDS/1.0 search reply, if stored.
+    bool fillFromHaisiReply(const QString &ip);
+    void openSdCredentialDialog(const QString &ip, const QString &port);
 
     QStringList winbondReplies;
     QStringList hdsReplies;
