@@ -41,8 +41,8 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 if(TARGET veltor-camsim)
     install(TARGETS veltor-camsim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
     set(VELTOR_METAINFO_MORE_BINARIES "    <binary>veltor-camsim</binary>\n")
-    string(APPEND CPACK_PACKAGE_DESCRIPTION "\n\nAlso contains veltor-camsim, a camera "
-           "simulator for trying the tool without a camera.")
+    string(APPEND CPACK_PACKAGE_DESCRIPTION "\n\nAlso contains veltor-camsim, a camera simulator "
+           "for trying the tool\nwithout a camera.")
 endif()
 
 configure_file(${VELTOR_PKG_SRC}/${VELTOR_APP_ID}.metainfo.xml.in

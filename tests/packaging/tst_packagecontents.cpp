@@ -15,6 +15,7 @@
 #include <QtTest>
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -324,9 +325,11 @@ void tst_PackageContents::screenshotIsTheReadmes()
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    for (const char *tool : {"dpkg", "dpkg-deb", "dpkg-shlibdeps"}) {
+    const std::pair<const char *, const char *> tools[] = {
+        {"dpkg", "dpkg"}, {"dpkg-deb", "dpkg"}, {"dpkg-shlibdeps", "dpkg-dev"}};
+    for (const auto &[tool, package] : tools) {
         if (QStandardPaths::findExecutable(QString::fromLatin1(tool)).isEmpty()) {
-            std::printf("SKIP: %s not found (Debian package dpkg-dev)\n", tool);
+            std::printf("SKIP: %s not found (Debian package %s)\n", tool, package);
             return kSkipped;
         }
     }
