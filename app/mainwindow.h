@@ -142,10 +142,6 @@ private:
     // auth/ helpers
 
     // update/ helpers
-    // Newest credential values of a camera: family, HTTP port, password, user.
-    QStringList newestCredentials(const QString &ip) const;
-    // Fills the Update tab and the IP Conf. form from the stored replies.
-    void showStoredCamera(const QString &ip);
     void askUpdateCredentials(const QString &ip);
     void enableUnlockedControls();
     void requestSdCardStatus(const QString &ip);

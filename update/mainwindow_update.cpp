@@ -2,7 +2,7 @@
 
 #include "auth/usercheckdialog.h"
 #include "ui_mainwindow.h"
-#include "update/storedcamera.h"
+#include "update/storedversions.h"
 #include "update/uploadrequest.h"
 
 #include <QDir>
@@ -13,55 +13,33 @@
 // the connection that starts the upload (the stream itself is in
 // mainwindow_upload.cpp).
 
-QStringList MainWindow::newestCredentials(const QString &ip) const
-{
-    // Values come back newest first: family, port, password, user of the latest check.
-    return cameraCredentials.values(ip).mid(0, 4);
-}
-
 void MainWindow::mycellClickedUpdate(int row, int column)
 {
     highlightClickedRow(ui->tableWidgetSearch_3, row, column);
     const QTableWidgetItem *ipItem = ui->tableWidgetSearch_3->item(row, 1);
     const QString ip = ipItem ? ipItem->text() : QString();
     checkIpLock(ip);
-    showStoredCamera(ip);
+    // The same reply fills the IP Conf. form: all three tabs name this camera.
+    if (!fillFromWinbondReply(ip))
+        fillFromHdsReply(ip);
+    // Empty for a camera no stored reply names: an older camera's version must not stay.
+    ui->versionEdit->setText(veltor::findStoredVersions(winbondReplies, hdsReplies, ip)
+                                 .forKind(ui->selectBox->currentIndex()));
 
-    if (lockState.value(ip) == QLatin1String("lock")) {
+    // Filling the DHCP box ran its toggled slot, which must not open the
+    // address fields of a camera that is still locked.
+    const QString lock = lockState.value(ip);
+    if (lock == QLatin1String("unlock"))
+        on_dhcpCheckbox_toggled(ui->dhcpCheckbox->isChecked());
+    else
+        checkIpLock(ip);
+
+    if (lock == QLatin1String("lock")) {
         ui->fileEdit->clear();
         askUpdateCredentials(ip);
     } else {
         requestSdCardStatus(ip);
     }
-}
-
-void MainWindow::showStoredCamera(const QString &ip)
-{
-    const veltor::StoredCamera camera = veltor::findStoredCamera(
-        winbondReplies, hdsReplies, ip,
-        [this](const QString &hex, const QString &key) { return WinbondDataHandle(hex, key); });
-    if (camera.family.isEmpty())
-        return;
-    cameraFamily = camera.family;
-    cameraPort = camera.port;
-    ui->ipFixEdit->setText(camera.ip);
-    ui->ipaddress->setText(camera.ip);
-    ui->iplabel->setText(camera.ip);
-    ui->ipFixSd->setText(camera.ip);
-    ui->subnet->setText(camera.subnet);
-    ui->gateway->setText(camera.gateway);
-    ui->dns->setText(camera.dns);
-    ui->httpport->setText(camera.port);
-    if (camera.dhcp == QLatin1String("0") || camera.dhcp == QLatin1String("1"))
-        ui->dhcpCheckbox->setChecked(camera.dhcp == QLatin1String("1"));
-    ui->versionEdit->setText(veltor::versionForKind(camera, ui->selectBox->currentIndex()));
-
-    // Setting the box runs its toggled slot, which must not open the address
-    // fields of a camera that is still locked.
-    if (lockState.value(ip) == QLatin1String("unlock"))
-        on_dhcpCheckbox_toggled(ui->dhcpCheckbox->isChecked());
-    else
-        checkIpLock(ip);
 }
 
 void MainWindow::askUpdateCredentials(const QString &ip)
@@ -73,6 +51,8 @@ void MainWindow::askUpdateCredentials(const QString &ip)
     dialog->setWindowFlags(Qt::Window | Qt::WindowCloseButtonHint);
     connect(dialog, &userCheckDialog::sendData, this, &MainWindow::receiveCamUpdate);
     dialog->exec();
+    // Typed credentials should not linger in a hidden dialog.
+    dialog->deleteLater();
 }
 
 void MainWindow::receiveCamUpdate(QStringList cameraStatus)
@@ -101,22 +81,21 @@ void MainWindow::enableUnlockedControls()
 
 void MainWindow::requestSdCardStatus(const QString &ip)
 {
-    const QStringList camera = newestCredentials(ip);
+    const QStringList credentials = newestCredentials(ip);
     sdInfoCache.clear();
-    postSdCardStatus(ip, camera.value(3), camera.value(2), camera.value(1));
+    postSdCardStatus(ip, credentials.value(0), credentials.value(1), credentials.value(2));
 }
 
 void MainWindow::on_selectBox_currentIndexChanged(int index)
 {
-    const veltor::StoredCamera camera = veltor::findStoredCamera(
-        winbondReplies, hdsReplies, ui->iplabel->text(),
-        [this](const QString &hex, const QString &key) { return WinbondDataHandle(hex, key); });
-    ui->versionEdit->setText(veltor::versionByLineForKind(camera, index));
+    ui->versionEdit->setText(
+        veltor::findStoredVersions(winbondReplies, hdsReplies, ui->iplabel->text())
+            .byLineForKind(index));
 }
 
 void MainWindow::on_fileChoose_clicked()
 {
-    const QString family = newestCredentials(ui->iplabel->text()).value(0);
+    const QString family = newestCredentials(ui->iplabel->text()).value(3);
     const int kind = ui->selectBox->currentIndex();
     QString filter;
     if (kind == veltor::FirmwareUpdate || kind == veltor::WebUiUpdate) {
@@ -136,7 +115,7 @@ void MainWindow::on_updateSubmit_clicked()
 {
     bytesWritten = 0;
     const QString ip = ui->iplabel->text();
-    const quint16 port = newestCredentials(ip).value(1).toUShort();
+    const quint16 port = newestCredentials(ip).value(2).toUShort();
     tcpClient->abort();
     tcpClient->connectToHost(ip, port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
     ui->updateSubmit->setEnabled(false);

@@ -32,10 +32,10 @@ void MainWindow::startTransfer()
     fileName = QFileInfo(path).fileName();
 
     veltor::UploadTarget target;
-    target.family = camera.value(0);
-    target.port = camera.value(1);
-    target.password = camera.value(2);
-    target.user = camera.value(3);
+    target.user = camera.value(0);
+    target.password = camera.value(1);
+    target.port = camera.value(2);
+    target.family = camera.value(3);
     target.kind = ui->selectBox->currentIndex();
     target.ip = ip;
     target.fileName = fileName;
