@@ -142,6 +142,8 @@ private:
     // auth/ helpers
 
     // update/ helpers
+    // The tab in update/mainwindow_update.cpp; the upload stream (startTransfer,
+    // updateClientProgress, displayError) in update/mainwindow_upload.cpp.
     void askUpdateCredentials(const QString &ip);
     void enableUnlockedControls();
     void requestSdCardStatus(const QString &ip);
