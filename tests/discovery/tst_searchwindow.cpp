@@ -42,6 +42,17 @@ QStringList ipColumn(const QTableWidget *table)
     return ips;
 }
 
+int countDatagrams(QUdpSocket *socket, const QByteArray &wanted)
+{
+    int count = 0;
+    while (socket->hasPendingDatagrams()) {
+        QByteArray datagram(int(socket->pendingDatagramSize()), Qt::Uninitialized);
+        socket->readDatagram(datagram.data(), datagram.size());
+        count += datagram == wanted;
+    }
+    return count;
+}
+
 // "W <ip> <12 MAC characters>" or "H <ip> <MAC text>"; anything else is sent raw
 // to the HDS group.
 struct Reply
@@ -267,18 +278,8 @@ void tst_SearchWindow::nestedSearch()
     verifyTablesEqual();
     QCOMPARE(progress->value(), 0);
 
-    int binarySearches = 0;
-    while (binaryProbe.hasPendingDatagrams()) {
-        QByteArray datagram(int(binaryProbe.pendingDatagramSize()), Qt::Uninitialized);
-        binaryProbe.readDatagram(datagram.data(), datagram.size());
-        binarySearches += datagram == veltor::binarySearchDatagram();
-    }
-    int hdsSearches = 0;
-    while (hdsProbe.hasPendingDatagrams()) {
-        QByteArray datagram(int(hdsProbe.pendingDatagramSize()), Qt::Uninitialized);
-        hdsProbe.readDatagram(datagram.data(), datagram.size());
-        hdsSearches += datagram == veltor::hdsSearchRequest();
-    }
+    const int binarySearches = countDatagrams(&binaryProbe, veltor::binarySearchDatagram());
+    const int hdsSearches = countDatagrams(&hdsProbe, veltor::hdsSearchRequest());
     QCOMPARE(binarySearches, 6);
     QCOMPARE(hdsSearches, 6);
 }
