@@ -111,6 +111,13 @@ public slots:
 
 private:
     // discovery/ helpers
+    QList<QTableWidget *> deviceTables() const;
+    // Each reply is kept raw, then listed once per MAC at its key's position.
+    void listWinbondReply(const QByteArray &datagram);
+    void listHdsReply(const QByteArray &datagram);
+    bool isListed(const QString &mac) const;
+    int insertDeviceRow(QString ip);
+    void enlargeReceiveBuffers();
     // Steps shared by the four cell-click slots: restore the previous row,
     // paint the clicked one in all four tables, remember it.
     void highlightClickedRow(QTableWidget *table, int row, int column);
@@ -135,8 +142,22 @@ private:
     // auth/ helpers
 
     // update/ helpers
+    // Newest credential values of a camera: family, HTTP port, password, user.
+    QStringList newestCredentials(const QString &ip) const;
+    // Fills the Update tab and the IP Conf. form from the stored replies.
+    void showStoredCamera(const QString &ip);
+    void askUpdateCredentials(const QString &ip);
+    void enableUnlockedControls();
+    void requestSdCardStatus(const QString &ip);
+    void failUpload(const QString &text);
+    bool sendNextPiece();
+    void endUpload();
 
     // sdcard/ helpers
+    bool isWinbondCamera(const QString &ip);
+    // Fills the three tabs from the camera's HDS/1.0 search reply, if stored.
+    bool fillFromHaisiReply(const QString &ip);
+    void openSdCredentialDialog(const QString &ip, const QString &port);
 
     QStringList winbondReplies;
     QStringList hdsReplies;

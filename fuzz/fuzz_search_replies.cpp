@@ -1,5 +1,5 @@
-// Replies to the search come from anyone on the LAN: both parsers, and the
-// field decoder on any hex text, must take any bytes.
+// Search replies come from anyone on the network: both parsers and the field
+// decoder must take any datagram without crashing or reading past its end.
 #include "discovery/hdsreply.h"
 #include "discovery/winbondreply.h"
 
@@ -8,11 +8,14 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QByteArray datagram(reinterpret_cast<const char *>(data), int(size));
+    const QByteArray datagram =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
     veltor::parseWinbondReply(datagram);
     veltor::parseHdsReply(datagram);
-    const QString hex = QString::fromLatin1(datagram.left(256));
-    for (const char *key : {"mac", "name", "ip", "port", "dhcp", "frimware", "webui", "other"})
-        veltor::winbondDataHandle(hex, QLatin1String(key));
+    // Stored replies are decoded again from text that may be odd or not hex.
+    const QString text = QString::fromLatin1(datagram.left(256));
+    veltor::winbondRecordFromHex(text);
+    for (const char *key : {"mac", "name", "ip", "port", "other"})
+        veltor::winbondDataHandle(text, QLatin1String(key));
     return 0;
 }

@@ -1,0 +1,89 @@
+#include "sdcard/sdtransfer.h"
+
+#include "sdcard/sdrequest.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QNetworkReply>
+#include <QSaveFile>
+
+namespace veltor {
+
+namespace {
+
+constexpr qint64 kWriteChunkBytes = 256 * 1024;
+
+void waitForFinished(QNetworkReply *reply)
+{
+    if (reply->isFinished())
+        return;
+    QEventLoop loop;
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// Why a finished transfer of `written` bytes is incomplete, or empty if it is not.
+QString transferProblem(QNetworkReply *reply, qint64 written)
+{
+    if (reply->error() != QNetworkReply::NoError)
+        return reply->errorString();
+    const QVariant announced = reply->header(QNetworkRequest::ContentLengthHeader);
+    if (announced.isValid() && announced.toLongLong() != written)
+        return QCoreApplication::translate("sdmanager", "the transfer ended after %1 of %2 bytes")
+            .arg(written)
+            .arg(announced.toLongLong());
+    return QString();
+}
+
+} // namespace
+
+bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QString &path,
+                    QString *error)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        *error = file.errorString();
+        return false;
+    }
+    QNetworkReply *reply = sdGet(manager, url, kSdFileTimeoutMs);
+    reply->setReadBufferSize(kSdFileBufferBytes);
+    qint64 written = 0;
+    QString writeError;
+    auto drain = [&] {
+        while (writeError.isEmpty() && reply->bytesAvailable() > 0) {
+            const QByteArray chunk = reply->read(kWriteChunkBytes);
+            if (file.write(chunk) != chunk.size()) {
+                writeError = file.errorString();
+                reply->abort();
+            }
+            written += chunk.size();
+        }
+    };
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, drain);
+    waitForFinished(reply);
+    drain();
+    *error = writeError.isEmpty() ? transferProblem(reply, written) : writeError;
+    reply->disconnect();
+    reply->deleteLater();
+    // Without commit() the temporary file is removed and nothing takes the real name.
+    if (!error->isEmpty())
+        return false;
+    if (!file.commit()) {
+        *error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+QByteArray fetchBody(QNetworkAccessManager *manager, const QUrl &url, int timeoutMs,
+                     qint64 maxBytes)
+{
+    QNetworkReply *reply = sdGet(manager, url, timeoutMs, maxBytes);
+    waitForFinished(reply);
+    const QByteArray body =
+        reply->error() == QNetworkReply::NoError ? reply->read(maxBytes) : QByteArray();
+    reply->deleteLater();
+    return body;
+}
+
+} // namespace veltor
