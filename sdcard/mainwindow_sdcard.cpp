@@ -108,6 +108,7 @@ void MainWindow::openSdCredentialDialog(const QString &ip, const QString &port)
     connect(dialog, &userCheckDialog::sendData, this, &MainWindow::receiveCamSdCard);
     dialog->exec();
 #else
+    Q_UNUSED(ip)
     Q_UNUSED(port)
 #endif
 }
