@@ -5,6 +5,8 @@
 aboutDialog::aboutDialog(QWidget *parent) : QDialog(parent), ui(new Ui::aboutDialog)
 {
     ui->setupUi(this);
+    // The version comes from the build; the form holds "%1" so translations outlive releases.
+    ui->label_2->setText(ui->label_2->text().arg(QStringLiteral(VELTOR_VERSION)));
     setWindowIcon(QIcon(QStringLiteral(":images/about.ico")));
     ui->aboutbtn->setStyleSheet(QStringLiteral(
         "QPushButton{ font-family:'Microsoft YaHei';height:25px;font-size:12px;color:#fff;"

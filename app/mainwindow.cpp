@@ -65,6 +65,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
     multicastReceiver->joinMulticastGroup(QHostAddress(QLatin1String(veltor::kHdsGroup)));
     connect(multicastReceiver, &QUdpSocket::readyRead, this,
             &MainWindow::processPendingDatagram);
+    enlargeReceiveBuffers();
 
     lastClickedRow = -1;
     rowTextColor = QColor(255, 255, 255, 255);

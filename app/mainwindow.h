@@ -111,15 +111,47 @@ public slots:
 
 private:
     // discovery/ helpers
+    QList<QTableWidget *> deviceTables() const;
+    // Each reply is kept raw, then listed once per MAC at its key's position.
+    void listWinbondReply(const QByteArray &datagram);
+    void listHdsReply(const QByteArray &datagram);
+    bool isListed(const QString &mac) const;
+    int insertDeviceRow(QString ip);
+    void enlargeReceiveBuffers();
     // Steps shared by the four cell-click slots: restore the previous row,
     // paint the clicked one in all four tables, remember it.
     void highlightClickedRow(QTableWidget *table, int row, int column);
 
     // netconf/ helpers
+    // Form filling and unlocking in mainwindow_ipconf.cpp; the submit, its
+    // HTTP follow-up and the reboot wait in mainwindow_ipsubmit.cpp.
+    bool fillFromWinbondReply(const QString &ip);
+    bool fillFromHdsReply(const QString &ip);
+    void showCameraAddress(const QString &ip);
+    void setDhcpBox(const QString &flag);
+    void askCredentialsIpConf(const QString &ip);
+    // The newest credentials of a camera: user, password, port, family.
+    QStringList newestCredentials(const QString &ip) const;
+    QString macOfCamera(const QString &ip) const;
+    bool sendWinbondConfig(const QString &mac, const QStringList &credentials);
+    void sendHaisiConfig(const QString &mac, const QStringList &credentials);
+    void confirmConfiguration(const QString &ip, const QStringList &credentials);
+    void rebootProgress(unsigned stepMs);
+    class QNetworkAccessManager *configManager = nullptr;
 
     // auth/ helpers
 
     // update/ helpers
+    // Newest credential values of a camera: family, HTTP port, password, user.
+    QStringList newestCredentials(const QString &ip) const;
+    // Fills the Update tab and the IP Conf. form from the stored replies.
+    void showStoredCamera(const QString &ip);
+    void askUpdateCredentials(const QString &ip);
+    void enableUnlockedControls();
+    void requestSdCardStatus(const QString &ip);
+    void failUpload(const QString &text);
+    bool sendNextPiece();
+    void endUpload();
 
     // sdcard/ helpers
     bool isWinbondCamera(const QString &ip);

@@ -1,17 +1,178 @@
 #include "app/mainwindow.h"
 
+#include "discovery/devicerecord.h"
+#include "discovery/hdsreply.h"
 #include "discovery/protocolconstants.h"
+#include "discovery/rowordering.h"
+#include "discovery/searchmessages.h"
+#include "discovery/winbondreply.h"
 #include "ui_mainwindow.h"
 
 #include <QCoreApplication>
 #include <QTime>
 #include <QTimer>
+#include <QUdpSocket>
+#include <optional>
 
-// TODO(discovery): search rounds and reply handling land with the search feature.
-void MainWindow::on_searchButton_clicked() {}
-void MainWindow::searchHaddle() {}
-void MainWindow::processPendingDatagram() {}
-QString MainWindow::WinbondDataHandle(QString, QString) { return QString(); }
+namespace {
+
+// Every cell gets an item, an empty DHCP flag included: the row colouring and
+// the working tabs read all ten cells of a row.
+void setCell(QTableWidget *table, int row, int column, const QString &text)
+{
+    table->setItem(row, column, new QTableWidgetItem(text));
+}
+
+std::optional<QByteArray> nextDatagram(QUdpSocket *socket)
+{
+    if (!socket->hasPendingDatagrams())
+        return std::nullopt;
+    const qint64 size = socket->pendingDatagramSize();
+    QByteArray datagram(int(qMax<qint64>(size, 0)), Qt::Uninitialized);
+    const qint64 read = socket->readDatagram(datagram.data(), datagram.size());
+    // A failed read ends the drain instead of spinning on a pending error.
+    if (size < 0 || read < 0)
+        return std::nullopt;
+    datagram.truncate(int(read));
+    return datagram;
+}
+
+} // namespace
+
+void MainWindow::on_searchButton_clicked()
+{
+    // A nested search (timer tick or click during the waits below) starts
+    // over from here; each step leaves the four tables row-for-row equal.
+    for (QTableWidget *table : deviceTables())
+        table->setRowCount(0);
+    ipConf_right_frame_disable();
+    lockState.clear();
+    sdInfoCache.clear();
+    cameraCredentials.clear();
+    winbondReplies.clear();
+    hdsReplies.clear();
+
+    for (int round = 0; round < veltor::kSearchRounds; ++round) {
+        searchHaddle();
+        ui->progressBar->setValue(0);
+        sleep(veltor::kProgressStepMs);
+        for (int value = 1; value <= 100; ++value) {
+            ui->progressBar->setValue(value);
+            sleep(veltor::kProgressStepMs);
+        }
+        ui->progressBar->setValue(0);
+    }
+}
+
+void MainWindow::searchHaddle()
+{
+    static const QByteArray binary = veltor::binarySearchDatagram();
+    static const QByteArray hds = veltor::hdsSearchRequest();
+    broadcastSender->writeDatagram(binary, QHostAddress(QLatin1String(veltor::kBroadcastAddress)),
+                                   veltor::kBinarySearchPort);
+    multicastSender->writeDatagram(hds, QHostAddress(QLatin1String(veltor::kHdsGroup)),
+                                   veltor::kHdsPort);
+}
+
+void MainWindow::processPendingDatagram()
+{
+    QObject *origin = sender();
+    if (origin == binaryReceiver) {
+        while (const std::optional<QByteArray> datagram = nextDatagram(binaryReceiver))
+            listWinbondReply(*datagram);
+    } else if (origin == multicastReceiver) {
+        while (const std::optional<QByteArray> datagram = nextDatagram(multicastReceiver))
+            listHdsReply(*datagram);
+    }
+}
+
+QString MainWindow::WinbondDataHandle(QString hex, QString key)
+{
+    return veltor::winbondDataHandle(hex, key);
+}
+
+void MainWindow::listWinbondReply(const QByteArray &datagram)
+{
+    const QString hex = QString::fromLatin1(datagram.toHex());
+    winbondReplies.append(hex);
+    if (hex.size() <= veltor::kWinbondShortReplyHexChars)
+        return;
+    const std::optional<veltor::DeviceRecord> record = veltor::winbondRecordFromHex(hex);
+    if (!record || isListed(record->mac))
+        return;
+    lockState[record->ip] = QStringLiteral("lock");
+    const int row = insertDeviceRow(record->ip);
+    for (QTableWidget *table : deviceTables()) {
+        for (int column = 0; column < veltor::DeviceRecord::kColumnCount; ++column)
+            setCell(table, row, column, record->column(column));
+        table->selectRow(row);
+    }
+}
+
+void MainWindow::listHdsReply(const QByteArray &datagram)
+{
+    const QString text = veltor::hdsReplyText(datagram);
+    hdsReplies.append(text);
+    std::optional<veltor::DeviceRecord> record = veltor::hdsRecordFromText(text);
+    if (!record || isListed(record->mac))
+        return;
+    if (record->name.isEmpty())
+        record->name = tr("Unnamed");
+    const QList<QTableWidget *> tables = deviceTables();
+    const int row = insertDeviceRow(record->ip);
+    auto fillColumn = [&](int column) {
+        for (QTableWidget *table : tables)
+            setCell(table, row, column, record->column(column));
+    };
+    fillColumn(0);
+    deviceIds[record->mac] = record->deviceId;
+    fillColumn(1);
+    lockState[record->ip] = QStringLiteral("lock");
+    for (int column = 2; column < veltor::DeviceRecord::kColumnCount; ++column)
+        fillColumn(column);
+    for (QTableWidget *table : tables)
+        table->selectRow(row);
+}
+
+bool MainWindow::isListed(const QString &mac) const
+{
+    const QTableWidget *table = ui->tableWidgetSearch_1;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        const QTableWidgetItem *item = table->item(row, 3);
+        if (item && item->text() == mac)
+            return true;
+    }
+    return false;
+}
+
+int MainWindow::insertDeviceRow(QString ip)
+{
+    const QTableWidget *table = ui->tableWidgetSearch_1;
+    QVector<int> keys;
+    keys.reserve(table->rowCount());
+    for (int row = 0; row < table->rowCount(); ++row) {
+        const QTableWidgetItem *item = table->item(row, 1);
+        QString listed = item ? item->text() : QString();
+        keys << IPtoInt(&listed);
+    }
+    const int row = veltor::insertionRow(keys, IPtoInt(&ip));
+    for (QTableWidget *each : deviceTables())
+        each->insertRow(row);
+    return row;
+}
+
+QList<QTableWidget *> MainWindow::deviceTables() const
+{
+    return {ui->tableWidgetSearch_1, ui->tableWidgetSearch_2, ui->tableWidgetSearch_3,
+            ui->tableWidgetSearch_4};
+}
+
+void MainWindow::enlargeReceiveBuffers()
+{
+    for (QUdpSocket *receiver : {binaryReceiver, multicastReceiver})
+        receiver->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption,
+                                  veltor::kReceiveBufferBytes);
+}
 
 void MainWindow::on_automaticSearchBox_toggled(bool checked)
 {

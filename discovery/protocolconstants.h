@@ -14,6 +14,12 @@ constexpr int kSearchRounds = 3;
 constexpr unsigned kProgressStepMs = 20;       // 101 steps: about two seconds a round
 constexpr int kMaxEventSliceMs = 100;          // longest slice of event processing in sleep()
 
+// Credential check and configuration follow-up over HTTP.
+constexpr int kCredentialCheckTimeoutMs = 5000;
+// Reboot progress: 101 steps, about 30 s for Winbond and 150 s for Haisi.
+constexpr unsigned kWinbondRebootStepMs = 300;
+constexpr unsigned kHaisiRebootStepMs = 1500;
+
 // Discovery: the Client-ID sent by every HDS/1.0 request (SEARCH and CMD alike),
 // and the kernel buffer of the search receivers, large enough that a burst of
 // replies waits there while the GUI thread fills the tables.

@@ -1,0 +1,32 @@
+#include "auth/credentialcheck.h"
+
+#include "auth/cameraurl.h"
+
+#include <QStringList>
+
+namespace veltor {
+
+QUrl credentialCheckUrl(const QString &ip, const QString &port, const QString &family,
+                        const QString &user, const QString &password)
+{
+    const QString pwdKey = QStringLiteral("&pwd=");
+    if (family == QLatin1String("Winbond"))
+        return cameraUrl(ip, port, QStringLiteral("/check_user.cgi?user="), user, pwdKey, password);
+    if (family == QLatin1String("Haisi"))
+        return cameraUrl(ip, port, QStringLiteral("/param.cgi?cmd=getuserinfo&usr="), user, pwdKey,
+                         password);
+    return QUrl();
+}
+
+bool sameSubnet24(const QString &a, const QString &b)
+{
+    const QStringList left = a.split(QLatin1Char('.'));
+    const QStringList right = b.split(QLatin1Char('.'));
+    for (int i = 0; i < 3; ++i) {
+        if (left.value(i) != right.value(i))
+            return false;
+    }
+    return true;
+}
+
+} // namespace veltor

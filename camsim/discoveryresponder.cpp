@@ -1,0 +1,74 @@
+#include "camsim/discoveryresponder.h"
+
+#include "camsim/searchreplies.h"
+#include "discovery/protocolconstants.h"
+
+#include <QUdpSocket>
+
+namespace veltor::camsim {
+
+DiscoveryResponder::DiscoveryResponder(QObject *parent) : QObject(parent) {}
+
+QUdpSocket *DiscoveryResponder::openShared(quint16 port, QString *error)
+{
+    auto *socket = new QUdpSocket(this);
+    // AnyIPv4, not Any: a dual-stack socket shows senders as ::ffff:a.b.c.d.
+    if (!socket->bind(QHostAddress::AnyIPv4, port,
+                      QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)) {
+        *error = QStringLiteral("UDP port %1: %2").arg(port).arg(socket->errorString());
+        return nullptr;
+    }
+    connect(socket, &QUdpSocket::readyRead, this, [this, socket, port] {
+        while (socket->hasPendingDatagrams()) {
+            SimDatagram datagram;
+            datagram.data.resize(int(socket->pendingDatagramSize()));
+            socket->readDatagram(datagram.data.data(), datagram.data.size(), &datagram.sender,
+                                 &datagram.senderPort);
+            datagram.localPort = port;
+            dispatch(datagram);
+        }
+    });
+    return socket;
+}
+
+bool DiscoveryResponder::start(QString *error)
+{
+    QUdpSocket *binary = openShared(kBinarySearchPort, error);
+    QUdpSocket *hds = binary ? openShared(kHdsPort, error) : nullptr;
+    if (!hds)
+        return false;
+    if (!hds->joinMulticastGroup(QHostAddress(QLatin1String(kHdsGroup)))) {
+        *error = QStringLiteral("joining %1: %2").arg(QLatin1String(kHdsGroup), hds->errorString());
+        return false;
+    }
+    return true;
+}
+
+void DiscoveryResponder::addCamera(SimCamera *camera)
+{
+    cameras.append(camera);
+}
+
+void DiscoveryResponder::dispatch(const SimDatagram &datagram)
+{
+    if (ownAddresses.contains(datagram.sender))
+        return;
+    Family protocol;
+    if (datagram.localPort == kBinarySearchPort && isBinarySearch(datagram.data))
+        protocol = Family::Winbond;
+    else if (datagram.localPort == kHdsPort && isHdsSearch(datagram.data))
+        protocol = Family::Haisi;
+    else {
+        for (SimCamera *camera : qAsConst(cameras)) {
+            if (camera->handleDatagram(datagram))
+                return;
+        }
+        emit unhandledDatagram(datagram);
+        return;
+    }
+    emit searchReceived(protocol);
+    for (SimCamera *camera : qAsConst(cameras))
+        camera->answerSearch(protocol, datagram);
+}
+
+} // namespace veltor::camsim

@@ -1,0 +1,229 @@
+#include "app/mainwindow.h"
+
+#include "auth/cameraurl.h"
+#include "auth/credentialcheck.h"
+#include "discovery/protocolconstants.h"
+#include "netconf/configmessages.h"
+#include "netconf/submitchecks.h"
+#include "ui_mainwindow.h"
+
+#include <QMessageBox>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QUdpSocket>
+
+namespace {
+
+veltor::NetworkSettings formSettings(const Ui::MainWindow &ui)
+{
+    veltor::NetworkSettings settings;
+    settings.ip = ui.ipaddress->text();
+    settings.subnet = ui.subnet->text();
+    settings.gateway = ui.gateway->text();
+    settings.dns = ui.dns->text();
+    settings.port = ui.httpport->text();
+    settings.dhcp = ui.dhcpCheckbox->isChecked();
+    return settings;
+}
+
+QString checkMessage(veltor::SubmitCheck check)
+{
+    using veltor::SubmitCheck;
+    switch (check) {
+    case SubmitCheck::Passed:
+        break;
+    case SubmitCheck::PortInvalid:
+        return MainWindow::tr("Port invalid");
+    case SubmitCheck::PortTooLarge:
+    case SubmitCheck::PortNegative:
+        return MainWindow::tr("Port needs to be a value in range of 0-65535");
+    case SubmitCheck::IpFormat:
+        return MainWindow::tr("Ip-address has a wrong format");
+    case SubmitCheck::SubnetFormat:
+        return MainWindow::tr("Subnet has a wrong format");
+    case SubmitCheck::GatewayFormat:
+        return MainWindow::tr("Gateway has a wrong format");
+    case SubmitCheck::DnsFormat:
+        return MainWindow::tr("DNS has a wrong format");
+    case SubmitCheck::IpValues:
+        return MainWindow::tr("Ip-address has invalid values");
+    case SubmitCheck::SubnetValues:
+        return MainWindow::tr("Subnet-address has invalid values");
+    case SubmitCheck::GatewayValues:
+        return MainWindow::tr("Gateway-address has invalid values");
+    case SubmitCheck::DnsValues:
+        return MainWindow::tr("DNS-address has invalid values");
+    }
+    return QString();
+}
+
+QString winbondFieldMessage(veltor::WinbondFieldProblem problem)
+{
+    using veltor::WinbondFieldProblem;
+    switch (problem) {
+    case WinbondFieldProblem::None:
+        break;
+    case WinbondFieldProblem::Mac:
+        return MainWindow::tr("The MAC address of this camera has a wrong format");
+    case WinbondFieldProblem::User:
+        return MainWindow::tr("The username is too long for this camera (at most 12 bytes)");
+    case WinbondFieldProblem::Password:
+        return MainWindow::tr("The password is too long for this camera (at most 12 bytes)");
+    }
+    return QString();
+}
+
+// Tests shorten the reboot wait through this variable; users get the designed timing.
+unsigned rebootStep(unsigned designedMs)
+{
+    bool ok = false;
+    const int override = qEnvironmentVariableIntValue("VELTOR_REBOOT_STEP_MS", &ok);
+    return ok && override >= 0 ? unsigned(override) : designedMs;
+}
+
+} // namespace
+
+void MainWindow::on_dhcpsubmit_clicked()
+{
+    const QString ip = ui->ipFixEdit->text();
+    const QStringList credentials = newestCredentials(ip);
+    const QString family = credentials.at(3);
+    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), family);
+    if (check != veltor::SubmitCheck::Passed) {
+        QMessageBox::critical(this, tr("Error"), checkMessage(check));
+        return;
+    }
+    const QString mac = macOfCamera(ip);
+    if (family == QLatin1String("Winbond")) {
+        if (!sendWinbondConfig(mac, credentials))
+            return;
+    } else if (family == QLatin1String("Haisi")) {
+        sendHaisiConfig(mac, credentials);
+    } else {
+        return;
+    }
+    confirmConfiguration(ip, credentials);
+}
+
+QString MainWindow::macOfCamera(const QString &ip) const
+{
+    // The row of the camera shown in the form, even if another tab's click moved
+    // the current row since: its MAC addresses the datagram.
+    const QTableWidget *table = ui->tableWidgetSearch_2;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        const QTableWidgetItem *ipItem = table->item(row, 1);
+        const QTableWidgetItem *macItem = table->item(row, 3);
+        if (ipItem && macItem && ipItem->text() == ip)
+            return macItem->text();
+    }
+    return QString();
+}
+
+bool MainWindow::sendWinbondConfig(const QString &mac, const QStringList &credentials)
+{
+    const veltor::WinbondFieldProblem problem =
+        veltor::checkWinbondFields(mac, credentials.at(0), credentials.at(1));
+    if (problem != veltor::WinbondFieldProblem::None) {
+        QMessageBox::critical(this, tr("Error"), winbondFieldMessage(problem));
+        return false;
+    }
+    const QByteArray datagram =
+        veltor::winbondConfigDatagram(mac, credentials.at(0), credentials.at(1), formSettings(*ui));
+    broadcastSender->writeDatagram(datagram, QHostAddress(QLatin1String(veltor::kBroadcastAddress)),
+                                   veltor::kBinarySearchPort);
+    return true;
+}
+
+void MainWindow::sendHaisiConfig(const QString &mac, const QStringList &credentials)
+{
+    const veltor::NetworkSettings settings = formSettings(*ui);
+    const QString deviceId = deviceIds.value(mac);
+    const QHostAddress group(QLatin1String(veltor::kHdsGroup));
+    const auto send = [&](const QByteArray &body) {
+        multicastSender->writeDatagram(veltor::hdsCmdRequest(getSeqNum(), credentials.at(0),
+                                                             credentials.at(1), deviceId, body),
+                                       group, veltor::kHdsPort);
+    };
+    send(veltor::netconfBody(settings, mac));
+    if (!settings.port.isEmpty())
+        send(veltor::httpPortBody(settings.port));
+}
+
+// The configuration goes out over UDP and is never answered. To tell the user
+// whether it can have worked, the camera is then asked over HTTP, at its old
+// address, to check the same credentials; that reply drives ipConf (reboot and
+// progress, or "request failed"). A camera outside the PC's /24 cannot be asked:
+// the datagram has still gone out, and the next search shows the result.
+void MainWindow::confirmConfiguration(const QString &ip, const QStringList &credentials)
+{
+    if (!veltor::sameSubnet24(ip, getNetwork()))
+        return;
+    if (!configManager)
+        configManager = new QNetworkAccessManager(this);
+    QNetworkRequest request(veltor::credentialCheckUrl(ip, credentials.at(2), credentials.at(3),
+                                                       credentials.at(0), credentials.at(1)));
+    request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
+    QNetworkReply *reply = configManager->get(request);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] { ipConf(reply); });
+}
+
+void MainWindow::ipConf(QNetworkReply *reply)
+{
+    reply->deleteLater();
+    if (reply->error() != QNetworkReply::NoError) {
+        QMessageBox::critical(this, tr("Error"), tr("Your request has failed, retry please!"));
+        return;
+    }
+    const QString ip = ui->ipFixEdit->text();
+    const QStringList credentials = newestCredentials(ip);
+    if (credentials.at(3) == QLatin1String("Winbond")) {
+        WinbondRebootProgressBar();
+        return;
+    }
+    if (!configManager)
+        configManager = new QNetworkAccessManager(this);
+    QNetworkReply *reboot = configManager->get(QNetworkRequest(
+        veltor::cameraUrl(ip, credentials.at(2), QStringLiteral("/reboot.cgi?user="),
+                          credentials.at(0), QStringLiteral("&pwd="), credentials.at(1))));
+    connect(reboot, &QNetworkReply::finished, reboot, &QObject::deleteLater);
+    QMessageBox::information(this, tr("Camera rebooting"),
+                             tr("The camera is rebooting now, please wait for a moment!"));
+    HaisiRebootProgressBar();
+}
+
+void MainWindow::WinbondRebootProgressBar()
+{
+    rebootProgress(rebootStep(veltor::kWinbondRebootStepMs));
+}
+
+void MainWindow::HaisiRebootProgressBar()
+{
+    rebootProgress(rebootStep(veltor::kHaisiRebootStepMs));
+}
+
+void MainWindow::rebootProgress(unsigned stepMs)
+{
+    // Disabled, not blocked: replies keep arriving while the camera restarts.
+    setEnabled(false);
+    ui->progressBar->setValue(0);
+    sleep(stepMs);
+    for (int value = 1; value <= 100; ++value) {
+        ui->progressBar->setValue(value);
+        sleep(stepMs);
+    }
+    ui->progressBar->setValue(0);
+    // Enabled before the box, so its button can be pressed.
+    setEnabled(true);
+    QMessageBox::information(this, tr("IP Configure"),
+                             tr("IP Config Successful! Please search again!"));
+}
+
+QByteArray MainWindow::WinbondtoHex(QString value, QString key)
+{
+    return veltor::winbondToHex(value, key);
+}
+
+QByteArray MainWindow::MactoHex(QString mac)
+{
+    return veltor::macToHex(mac);
+}

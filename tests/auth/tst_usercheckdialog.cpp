@@ -1,0 +1,163 @@
+#include "auth/usercheckdialog.h"
+#include "loopbackhttpserver.h"
+#include "testsupport.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+class UserCheckDialogTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void check_data();
+    void check();
+    void cancelSendsNothing();
+    void form();
+};
+
+void UserCheckDialogTest::check_data()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<QString>("localAddress");
+    QTest::addColumn<int>("status"); // 0: the camera never answers
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<QString>("boxTitle"); // empty: no message box
+    QTest::addColumn<QString>("boxText");
+    QTest::addColumn<bool>("emitted"); // and closed
+    QTest::addColumn<QByteArray>("path");
+
+    const QString wrong = QStringLiteral("Your username or password is not correct!");
+    QTest::newRow("winbond accepted")
+        << "Winbond"
+        << "127.0.0.1" << 200 << "admin"
+        << "secret"
+        << ""
+        << "" << true << QByteArray("/check_user.cgi?user=admin&pwd=secret");
+    QTest::newRow("haisi accepted")
+        << "Haisi"
+        << "127.0.0.1" << 200 << "admin"
+        << "secret"
+        << ""
+        << "" << true << QByteArray("/param.cgi?cmd=getuserinfo&usr=admin&pwd=secret");
+    QTest::newRow("empty credentials")
+        << "Haisi"
+        << "127.0.0.1" << 200 << ""
+        << ""
+        << ""
+        << "" << true << QByteArray("/param.cgi?cmd=getuserinfo&usr=&pwd=");
+    QTest::newRow("401 stays open")
+        << "Winbond"
+        << "127.0.0.1" << 401 << "admin"
+        << "bad"
+        << "Authentification" << wrong << false << QByteArray("/check_user.cgi?user=admin&pwd=bad");
+    QTest::newRow("no answer is a timeout")
+        << "Haisi"
+        << "127.0.0.1" << 0 << "admin"
+        << "x"
+        << "Authentication"
+        << "Timeout, username and password could not be checked" << true
+        << QByteArray("/param.cgi?cmd=getuserinfo&usr=admin&pwd=x");
+    QTest::newRow("other /24 is not asked")
+        << "Winbond"
+        << "127.0.1.1" << 200 << "admin"
+        << "secret"
+        << "Authentication"
+        << "Username and password can not be checked, changes might be invalid" << true
+        << QByteArray();
+    QTest::newRow("unknown family on the same /24")
+        << "Sony"
+        << "127.0.0.9" << 200 << "admin"
+        << "secret"
+        << "Authentification" << wrong << false << QByteArray();
+    QTest::newRow("special characters")
+        << "Winbond"
+        << "127.0.0.1" << 200 << "a&b=c" << QString::fromUtf8("p#w+ %2Fä&pwd=x") << ""
+        << "" << true << QByteArray();
+}
+
+void UserCheckDialogTest::check()
+{
+    QFETCH(QString, family);
+    QFETCH(QString, localAddress);
+    QFETCH(int, status);
+    QFETCH(QString, user);
+    QFETCH(QString, password);
+    QFETCH(QString, boxTitle);
+    QFETCH(QString, boxText);
+    QFETCH(bool, emitted);
+    QFETCH(QByteArray, path);
+    const bool sameNet = localAddress.startsWith(QLatin1String("127.0.0."));
+
+    LoopbackHttpServer camera;
+    QVERIFY(camera.start());
+    camera.status = status;
+    userCheckDialog dialog;
+    dialog.setNetwork(localAddress);
+    dialog.setData({QStringLiteral("127.0.0.1"), QString::number(camera.port()), family});
+    dialog.findChild<QLineEdit *>(QStringLiteral("user"))->setText(user);
+    dialog.findChild<QLineEdit *>(QStringLiteral("pass"))->setText(password);
+    dialog.show();
+    QSignalSpy sent(&dialog, &userCheckDialog::sendData);
+    testsupport::SeenBox box;
+    testsupport::answerNextMessageBox(&box, QString(), 15000);
+
+    dialog.findChild<QPushButton *>(QStringLiteral("userok"))->click();
+    QTRY_VERIFY_WITH_TIMEOUT(box.seen || !sent.isEmpty(), 15000);
+    QTest::qWait(50); // a second, wrong box or emission would show up here
+
+    QCOMPARE(box.title, boxTitle);
+    QCOMPARE(box.text, boxText);
+    QCOMPARE(sent.size(), emitted ? 1 : 0);
+    if (emitted)
+        QCOMPARE(sent.first().first().toStringList(),
+                 QStringList({user, password, QString::number(camera.port()), family}));
+    QCOMPARE(dialog.isVisible(), !emitted);
+    // Whatever the characters, the camera decodes exactly what was typed.
+    const bool asked = sameNet && (family == "Winbond" || family == "Haisi");
+    QCOMPARE(camera.paths.size(), asked ? 1 : 0);
+    if (!path.isEmpty())
+        QCOMPARE(camera.paths.first(), path);
+    if (asked) {
+        const QString userKey =
+            family == "Winbond" ? QStringLiteral("user") : QStringLiteral("usr");
+        QCOMPARE(camera.lastQuery.value(userKey), user);
+        QCOMPARE(camera.lastQuery.value(QStringLiteral("pwd")), password);
+    }
+}
+
+void UserCheckDialogTest::cancelSendsNothing()
+{
+    LoopbackHttpServer camera;
+    QVERIFY(camera.start());
+    userCheckDialog dialog;
+    dialog.setNetwork(QStringLiteral("127.0.0.1"));
+    dialog.setData({QStringLiteral("127.0.0.1"), QString::number(camera.port()), "Winbond"});
+    dialog.show();
+    QSignalSpy sent(&dialog, &userCheckDialog::sendData);
+    dialog.findChild<QPushButton *>(QStringLiteral("usercancel"))->click();
+    QTest::qWait(100);
+    QVERIFY(!dialog.isVisible());
+    QVERIFY(sent.isEmpty());
+    QVERIFY(camera.paths.isEmpty());
+}
+
+void UserCheckDialogTest::form()
+{
+    userCheckDialog dialog;
+    const auto *pass = dialog.findChild<QLineEdit *>(QStringLiteral("pass"));
+    QVERIFY(pass);
+    QCOMPARE(pass->echoMode(), QLineEdit::Password);
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Dialog"));
+    QCOMPARE(dialog.styleSheet(), QStringLiteral("background-color:#dcdcdc"));
+    for (const char *name :
+         {"label", "username", "user", "password", "userok", "usercancel", "gridLayout",
+          "horizontalLayout", "horizontalLayout_2", "horizontalLayout_3"})
+        QVERIFY2(dialog.findChild<QObject *>(QLatin1String(name)), name);
+}
+
+QTEST_MAIN(UserCheckDialogTest)
+#include "tst_usercheckdialog.moc"

@@ -1,0 +1,75 @@
+#include "camsimfleet.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QTimer>
+
+namespace camsimfleet {
+
+namespace {
+
+Camera fromJson(const QJsonObject &json)
+{
+    Camera camera;
+    camera.index = json.value("index").toInt();
+    camera.family = json.value("family").toString();
+    camera.name = json.value("name").toString();
+    camera.mac = json.value("mac").toString();
+    camera.ip = json.value("ip").toString();
+    camera.mask = json.value("mask").toString();
+    camera.gateway = json.value("gateway").toString();
+    camera.dns = json.value("dns").toString();
+    camera.httpPort = json.value("httpPort").toInt();
+    camera.dhcp = json.value("dhcp").toBool();
+    camera.firmwareVersion = json.value("firmwareVersion").toString();
+    camera.webVersion = json.value("webVersion").toString();
+    camera.deviceId = json.value("deviceId").toString();
+    camera.user = json.value("user").toString();
+    camera.password = json.value("password").toString();
+    camera.bothProtocols = json.value("bothProtocols").toBool();
+    camera.malformed = json.value("malformed").toBool();
+    return camera;
+}
+
+} // namespace
+
+QVector<Camera> load(QString *why)
+{
+    const QString path = qEnvironmentVariable("VELTOR_CAMSIM_STATUS");
+    if (path.isEmpty()) {
+        *why =
+            QStringLiteral("not run under tests/netns/with-cameras.sh (no VELTOR_CAMSIM_STATUS)");
+        return {};
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *why = QStringLiteral("cannot read the fleet file %1: %2").arg(path, file.errorString());
+        return {};
+    }
+    QVector<Camera> cameras;
+    for (const QJsonValue &value : QJsonDocument::fromJson(file.readAll())["cameras"].toArray())
+        cameras.append(fromJson(value.toObject()));
+    if (cameras.isEmpty())
+        *why = QStringLiteral("the fleet file %1 lists no cameras").arg(path);
+    return cameras;
+}
+
+QJsonObject fetchJson(const Camera &camera, const QString &path, int timeoutMs)
+{
+    QNetworkAccessManager manager;
+    QNetworkRequest request(
+        QUrl(QStringLiteral("http://%1:%2%3").arg(camera.ip).arg(camera.httpPort).arg(path)));
+    request.setTransferTimeout(timeoutMs);
+    QNetworkReply *reply = manager.get(request);
+    QEventLoop loop;
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    reply->deleteLater();
+    return QJsonDocument::fromJson(reply->readAll()).object();
+}
+
+} // namespace camsimfleet

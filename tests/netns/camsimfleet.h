@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QVector>
+
+// The fleet that with-cameras.sh started, as tests in the tool's namespace see it.
+namespace camsimfleet {
+
+struct Camera
+{
+    int index = 0;
+    QString family; // "Winbond" or "Haisi"
+    QString name;
+    QString mac;
+    QString ip;
+    QString mask;
+    QString gateway;
+    QString dns;
+    int httpPort = 0;
+    bool dhcp = false;
+    QString firmwareVersion;
+    QString webVersion;
+    QString deviceId;
+    QString user;
+    QString password;
+    bool bothProtocols = false;
+    bool malformed = false;
+};
+
+// Reads $VELTOR_CAMSIM_STATUS; empty, with `why` set, when the test does not
+// run under the harness.
+QVector<Camera> load(QString *why);
+
+// GET http://ip:port/<path> of one camera, parsed as JSON; empty on failure.
+QJsonObject fetchJson(const Camera &camera, const QString &path, int timeoutMs = 5000);
+
+} // namespace camsimfleet
+
+// In a test function or initTestCase(): fills `cameras` or skips with the reason.
+#define CAMSIM_FLEET_OR_SKIP(cameras)                                                              \
+    do {                                                                                           \
+        QString why_;                                                                              \
+        cameras = camsimfleet::load(&why_);                                                        \
+        if (cameras.isEmpty())                                                                     \
+            QSKIP(qPrintable(why_));                                                               \
+    } while (false)

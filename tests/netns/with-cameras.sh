@@ -1,0 +1,138 @@
+#!/bin/bash
+# with-cameras.sh [veltor-camsim options] -- COMMAND [ARGS...]
+#
+# Runs COMMAND with simulated cameras on a network of its own: COMMAND in a
+# private network namespace (the tool's side), veltor-camsim in a child
+# namespace (the cameras' side), the two joined by a veth pair:
+#
+#   tool side     v0  10.78.0.1/16, default route on v0
+#   camera side   v1  10.78.0.2/16 and one address per camera, default route on v1
+#
+# Broadcast, multicast and unicast all work across the pair, while nothing of
+# it reaches the host: with only "lo" in a namespace multicast sends and
+# broadcast replies fail, and on the host's own network the searches would
+# leave the machine and meet whatever else listens on 10000/8002.
+# Every camera gets an address of its own (--bind-each-ip is always passed),
+# so the tool's per-address state and each camera's web server behave as with
+# real cameras; a /16 holds a large fleet.
+#
+# COMMAND sees:
+#   VELTOR_CAMSIM_STATUS  JSON file describing the fleet ({"cameras": [...]})
+#   VELTOR_TOOL_IP        the tool side's address, 10.78.0.1
+# Exit status: COMMAND's; 77 (ctest's skip code) with a message when network
+# namespaces cannot be made here; 2 for bad usage.
+#
+# The simulator is $VELTOR_CAMSIM, else build/camsim/veltor-camsim of this tree.
+
+set -u
+readonly SKIP=77
+readonly TOOL_IP=10.78.0.1
+readonly CAMERA_LINK_IP=10.78.0.2
+readonly PREFIX=16
+
+here=$(cd "$(dirname "$0")" && pwd)
+camsim=${VELTOR_CAMSIM:-$here/../../build/camsim/veltor-camsim}
+
+skip() {
+    echo "with-cameras: SKIP: $*" >&2
+    exit $SKIP
+}
+
+usage() {
+    echo "usage: $0 [veltor-camsim options] -- COMMAND [ARGS...]" >&2
+    exit 2
+}
+
+# Waits up to $2 seconds for file $1; gives up early when process $3 is gone.
+wait_for() {
+    local file=$1 tries=$(($2 * 20)) pid=${3:-}
+    while [[ ! -e $file ]]; do
+        ((tries-- > 0)) || return 1
+        [[ -z $pid ]] || kill -0 "$pid" 2>/dev/null || return 1
+        sleep 0.05
+    done
+}
+
+split_arguments() {
+    camsim_args=()
+    command=()
+    local seen=0
+    for arg in "$@"; do
+        if ((seen)); then
+            command+=("$arg")
+        elif [[ $arg == -- ]]; then
+            seen=1
+        else
+            camsim_args+=("$arg")
+        fi
+    done
+    ((seen && ${#command[@]})) || usage
+}
+
+# Host side: enter a fresh network namespace (a user namespace too when not root).
+enter_tool_namespace() {
+    command -v unshare >/dev/null || skip "unshare(1) is not installed"
+    command -v ip >/dev/null || skip "ip(8) is not installed (Debian package iproute2)"
+    [[ -x $camsim ]] || { echo "with-cameras: no simulator at $camsim" >&2; exit 2; }
+    local flags=-n
+    ((EUID == 0)) || flags=-rn
+    unshare $flags true 2>/dev/null ||
+        skip "cannot create a network namespace (unshare $flags failed; user namespaces disabled?)"
+    VELTOR_NETNS_STAGE=tool VELTOR_CAMSIM=$camsim exec unshare $flags "$0" "$@"
+}
+
+# Camera side: wait for the link, give every camera its address, run the fleet.
+run_cameras() {
+    local work=$VELTOR_NETNS_WORK
+    touch "$work/cameras-namespace"
+    wait_for "$work/link-ready" 10 || exit 1
+    ip link set lo up && ip link set v1 up &&
+        ip addr add "$CAMERA_LINK_IP/$PREFIX" dev v1 && ip route add default dev v1 || exit 1
+    if [[ -s $work/addresses ]]; then
+        sed "s|.*|addr add &/$PREFIX dev v1|" "$work/addresses" | ip -batch - || exit 1
+    fi
+    exec "$camsim" "$@" --bind-each-ip --status-file "$work/fleet.json"
+}
+
+# Tool side: make the camera namespace, link it, wait for the fleet, run COMMAND.
+run_tool() {
+    split_arguments "$@"
+    work=$(mktemp -d "${TMPDIR:-/tmp}/with-cameras.XXXXXX") || exit 1
+    cameras_pid=
+    trap cleanup EXIT
+    trap 'exit 143' TERM INT HUP
+    ip link set lo up || skip "cannot configure the namespace's loopback"
+    "$camsim" "${camsim_args[@]}" --list-addresses >"$work/addresses" || exit 2
+    VELTOR_NETNS_STAGE=cameras VELTOR_NETNS_WORK=$work unshare -n "$0" "${camsim_args[@]}" &
+    cameras_pid=$!
+    wait_for "$work/cameras-namespace" 10 "$cameras_pid" || skip "the camera namespace did not start"
+    ip link add v0 type veth peer name v1 netns "$cameras_pid" 2>/dev/null ||
+        skip "cannot create a veth pair here"
+    ip link set v0 up && ip addr add "$TOOL_IP/$PREFIX" dev v0 && ip route add default dev v0 ||
+        exit 1
+    touch "$work/link-ready"
+    if ! wait_for "$work/fleet.json" 120 "$cameras_pid"; then
+        echo "with-cameras: the simulator did not get ready" >&2
+        exit 1
+    fi
+    VELTOR_CAMSIM_STATUS=$work/fleet.json VELTOR_TOOL_IP=$TOOL_IP "${command[@]}"
+}
+
+cleanup() {
+    local status=$?
+    if [[ -n $cameras_pid ]] && kill -0 "$cameras_pid" 2>/dev/null; then
+        kill "$cameras_pid" 2>/dev/null
+        wait "$cameras_pid" 2>/dev/null
+    fi
+    rm -rf "$work"
+    exit $status
+}
+
+case ${VELTOR_NETNS_STAGE:-} in
+tool) run_tool "$@" ;;
+cameras) run_cameras "$@" ;;
+*)
+    split_arguments "$@"
+    enter_tool_namespace "$@"
+    ;;
+esac
