@@ -1,5 +1,6 @@
 #include "app/mainwindow.h"
 
+#include "auth/usercheckdialog.h"
 #include "discovery/hdsreply.h"
 #include "sdcard/sdmanager.h"
 #include "sdcard/sdrequest.h"
@@ -9,11 +10,6 @@
 #include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-
-#if __has_include("auth/usercheckdialog.h")
-#include "auth/usercheckdialog.h"
-#define VELTOR_HAS_USERCHECKDIALOG 1
-#endif
 
 namespace {
 
@@ -99,7 +95,6 @@ bool MainWindow::fillFromHaisiReply(const QString &ip)
 
 void MainWindow::openSdCredentialDialog(const QString &ip, const QString &port)
 {
-#ifdef VELTOR_HAS_USERCHECKDIALOG
     auto *dialog = new userCheckDialog(this);
     dialog->setNetwork(getNetwork());
     dialog->setData({ip, port, QStringLiteral("Haisi")});
@@ -107,10 +102,6 @@ void MainWindow::openSdCredentialDialog(const QString &ip, const QString &port)
     dialog->setWindowFlags(Qt::Window | Qt::WindowCloseButtonHint);
     connect(dialog, &userCheckDialog::sendData, this, &MainWindow::receiveCamSdCard);
     dialog->exec();
-#else
-    Q_UNUSED(ip)
-    Q_UNUSED(port)
-#endif
 }
 
 void MainWindow::receiveCamSdCard(QStringList cameraStatus)
