@@ -12,6 +12,8 @@ packages=(
     iproute2 util-linux curl python3
     # the simulator's second opinion on upload framing
     python3-multipart
+    # packaging checks
+    desktop-file-utils appstream dpkg-dev
 )
 
 missing=()

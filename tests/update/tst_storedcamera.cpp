@@ -1,14 +1,15 @@
-#include "update/storedversions.h"
+#include "discovery/storedcamera.h"
 
 #include <QtTest>
 
-class tst_StoredVersions : public QObject
+class tst_StoredCamera : public QObject
 {
     Q_OBJECT
 
 private slots:
     void lookup_data();
     void lookup();
+    void winbondFields();
 };
 
 namespace {
@@ -31,6 +32,15 @@ QString winbondReply(const QByteArray &ip, const QByteArray &firmware, const QBy
 const QByteArray kIp5("\xc0\xa8\x01\x05", 4);
 const QByteArray kIp6("\xc0\xa8\x01\x06", 4);
 
+// Stands in for the window's decoder: bytes in decimal, joined by ".".
+QString dotted(const QString &hex, const QString &)
+{
+    QStringList parts;
+    for (int i = 0; i < hex.size(); i += 2)
+        parts << QString::number(hex.mid(i, 2).toUInt(nullptr, 16));
+    return parts.join(QLatin1Char('.'));
+}
+
 QString hdsReply(const QString &ipLine, int extraLines = 0)
 {
     QStringList lines{QStringLiteral("HDS/1.0 200 OK"),
@@ -50,7 +60,7 @@ QString hdsReply(const QString &ipLine, int extraLines = 0)
 
 } // namespace
 
-void tst_StoredVersions::lookup_data()
+void tst_StoredCamera::lookup_data()
 {
     QTest::addColumn<QStringList>("winbond");
     QTest::addColumn<QStringList>("hds");
@@ -130,18 +140,36 @@ void tst_StoredVersions::lookup_data()
         << "5.6.7.8";
 }
 
-void tst_StoredVersions::lookup()
+void tst_StoredCamera::lookup()
 {
     QFETCH(QStringList, winbond);
     QFETCH(QStringList, hds);
-    const veltor::StoredVersions found =
-        veltor::findStoredVersions(winbond, hds, QStringLiteral("192.168.1.5"));
-    QTEST(found.family, "family");
-    QTEST(found.forKind(0), "firmware");
-    QTEST(found.forKind(1), "webui");
-    QTEST(found.byLineForKind(0), "firmwareByLine");
-    QTEST(found.byLineForKind(1), "webuiByLine");
+    const veltor::StoredCamera camera =
+        veltor::findStoredCamera(winbond, hds, QStringLiteral("192.168.1.5"), dotted);
+    QTEST(camera.family, "family");
+    QTEST(veltor::versionForKind(camera, 0), "firmware");
+    QTEST(veltor::versionForKind(camera, 1), "webui");
+    QTEST(veltor::versionByLineForKind(camera, 0), "firmwareByLine");
+    QTEST(veltor::versionByLineForKind(camera, 1), "webuiByLine");
 }
 
-QTEST_APPLESS_MAIN(tst_StoredVersions)
-#include "tst_storedversions.moc"
+void tst_StoredCamera::winbondFields()
+{
+    const QStringList replies{QString(), winbondReply(kIp5, "\0\0\0\0", "\0\0\0\0")};
+    QStringList keys;
+    const veltor::StoredCamera camera =
+        veltor::findStoredCamera(replies, {}, QStringLiteral("192.168.1.5"),
+                                 [&keys](const QString &hex, const QString &key) {
+                                     keys << key;
+                                     return dotted(hex, key);
+                                 });
+    QCOMPARE(camera.subnet, QStringLiteral("255.255.255.0"));
+    QCOMPARE(camera.gateway, QStringLiteral("192.168.1.1"));
+    QCOMPARE(camera.dns, QStringLiteral("8.8.8.8"));
+    QCOMPARE(camera.port, QStringLiteral("80"));
+    QCOMPARE(camera.dhcp, QStringLiteral("1"));
+    QVERIFY(keys.contains(QStringLiteral("frimware")));
+}
+
+QTEST_APPLESS_MAIN(tst_StoredCamera)
+#include "tst_storedcamera.moc"
