@@ -33,6 +33,7 @@ private slots:
 private:
     int rowOf(const QString &ip) const;
     void unlockOnUpdateTab(const camsimfleet::Camera &camera);
+    static QJsonArray uploads(const camsimfleet::Camera &camera);
     QJsonObject lastUpload(const camsimfleet::Camera &camera, int count);
 
     QVector<camsimfleet::Camera> fleet;
@@ -83,17 +84,20 @@ void tst_UploadNetns::unlockOnUpdateTab(const camsimfleet::Camera &camera)
     QCOMPARE(title, QStringLiteral("Authentication required"));
 }
 
+QJsonArray tst_UploadNetns::uploads(const camsimfleet::Camera &camera)
+{
+    return camsimfleet::fetchJson(camera, QStringLiteral("/camsim/uploads"))
+        .value(QStringLiteral("uploads"))
+        .toArray();
+}
+
 // The camera's record of upload number `count`, once both verdicts are in.
 QJsonObject tst_UploadNetns::lastUpload(const camsimfleet::Camera &camera, int count)
 {
     QElapsedTimer clock;
     clock.start();
     while (clock.elapsed() < 30000) {
-        const QJsonArray uploads = camsimfleet::fetchJson(camera, QStringLiteral("/camsim/uploads"))
-                                       .value(QStringLiteral("uploads"))
-                                       .toArray();
-        const QJsonObject last =
-            uploads.size() >= count ? uploads.at(count - 1).toObject() : QJsonObject();
+        const QJsonObject last = uploads(camera).at(count - 1).toObject();
         if (last.value(QStringLiteral("done")).toBool() &&
             last.value(QStringLiteral("standardCheck")) != QLatin1String("pending"))
             return last;
@@ -125,10 +129,7 @@ void tst_UploadNetns::uploadToCamera()
         std::find_if(fleet.cbegin(), fleet.cend(),
                      [&](const camsimfleet::Camera &c) { return c.family == family; });
     QVERIFY(camera != fleet.cend());
-    const int before = camsimfleet::fetchJson(*camera, QStringLiteral("/camsim/uploads"))
-                           .value(QStringLiteral("uploads"))
-                           .toArray()
-                           .size();
+    const int before = uploads(*camera).size();
     // The first visit asks for credentials; later ones find the camera unlocked.
     if (before == 0)
         unlockOnUpdateTab(*camera);
@@ -193,10 +194,7 @@ void tst_UploadNetns::simulatorRejectsBadFraming()
             return c.family == QLatin1String("Winbond");
         });
     QVERIFY(camera != fleet.cend());
-    const int before = camsimfleet::fetchJson(*camera, QStringLiteral("/camsim/uploads"))
-                           .value(QStringLiteral("uploads"))
-                           .toArray()
-                           .size();
+    const int before = uploads(*camera).size();
     QTcpSocket socket;
     socket.connectToHost(camera->ip, quint16(camera->httpPort));
     QVERIFY(socket.waitForConnected(5000));
