@@ -123,23 +123,19 @@ private:
     void highlightClickedRow(QTableWidget *table, int row, int column);
 
     // netconf/ helpers
-    // Form filling and unlocking in mainwindow_ipconf.cpp; the submit, its
-    // HTTP follow-up and the reboot wait in mainwindow_ipsubmit.cpp.
-    bool fillFromWinbondReply(const QString &ip);
-    bool fillFromHdsReply(const QString &ip);
-    void showCameraAddress(const QString &ip);
-    void setDhcpBox(const QString &flag);
-    void askCredentialsIpConf(const QString &ip);
-    // The newest credentials of a camera: user, password, port, family.
-    QStringList newestCredentials(const QString &ip) const;
+    // The submit, its HTTP follow-up and the reboot wait (mainwindow_ipsubmit.cpp).
     QString macOfCamera(const QString &ip) const;
-    bool sendWinbondConfig(const QString &mac, const QStringList &credentials);
-    void sendHaisiConfig(const QString &mac, const QStringList &credentials);
-    void confirmConfiguration(const QString &ip, const QStringList &credentials);
+    bool sendWinbondConfig(const QString &mac, const QString &user, const QString &password);
+    void sendHaisiConfig(const QString &mac, const QString &user, const QString &password);
+    void confirmConfiguration(const QString &ip);
     void rebootProgress(unsigned stepMs);
     class QNetworkAccessManager *configManager = nullptr;
 
     // auth/ helpers
+    // Opens the credential dialog for a camera, modally, and hands what it
+    // returns to `receiver`; shared by the three working tabs.
+    void askCredentials(const QString &ip, const QString &port, const QString &family,
+                        void (MainWindow::*receiver)(QStringList));
 
     // update/ helpers
     // Newest credential values of a camera: family, HTTP port, password, user.

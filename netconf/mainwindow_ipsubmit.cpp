@@ -86,23 +86,22 @@ unsigned rebootStep(unsigned designedMs)
 void MainWindow::on_dhcpsubmit_clicked()
 {
     const QString ip = ui->ipFixEdit->text();
-    const QStringList credentials = newestCredentials(ip);
-    const QString family = credentials.at(3);
-    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), family);
+    const veltor::CameraCredentials camera = veltor::credentialsFromNewest(newestCredentials(ip));
+    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), camera.family);
     if (check != veltor::SubmitCheck::Passed) {
         QMessageBox::critical(this, tr("Error"), checkMessage(check));
         return;
     }
     const QString mac = macOfCamera(ip);
-    if (family == QLatin1String("Winbond")) {
-        if (!sendWinbondConfig(mac, credentials))
+    if (camera.family == QLatin1String("Winbond")) {
+        if (!sendWinbondConfig(mac, camera.user, camera.password))
             return;
-    } else if (family == QLatin1String("Haisi")) {
-        sendHaisiConfig(mac, credentials);
+    } else if (camera.family == QLatin1String("Haisi")) {
+        sendHaisiConfig(mac, camera.user, camera.password);
     } else {
         return;
     }
-    confirmConfiguration(ip, credentials);
+    confirmConfiguration(ip);
 }
 
 QString MainWindow::macOfCamera(const QString &ip) const
@@ -119,30 +118,29 @@ QString MainWindow::macOfCamera(const QString &ip) const
     return QString();
 }
 
-bool MainWindow::sendWinbondConfig(const QString &mac, const QStringList &credentials)
+bool MainWindow::sendWinbondConfig(const QString &mac, const QString &user, const QString &password)
 {
-    const veltor::WinbondFieldProblem problem =
-        veltor::checkWinbondFields(mac, credentials.at(0), credentials.at(1));
+    const veltor::WinbondFieldProblem problem = veltor::checkWinbondFields(mac, user, password);
     if (problem != veltor::WinbondFieldProblem::None) {
         QMessageBox::critical(this, tr("Error"), winbondFieldMessage(problem));
         return false;
     }
     const QByteArray datagram =
-        veltor::winbondConfigDatagram(mac, credentials.at(0), credentials.at(1), formSettings(*ui));
+        veltor::winbondConfigDatagram(mac, user, password, formSettings(*ui));
     broadcastSender->writeDatagram(datagram, QHostAddress(QLatin1String(veltor::kBroadcastAddress)),
                                    veltor::kBinarySearchPort);
     return true;
 }
 
-void MainWindow::sendHaisiConfig(const QString &mac, const QStringList &credentials)
+void MainWindow::sendHaisiConfig(const QString &mac, const QString &user, const QString &password)
 {
     const veltor::NetworkSettings settings = formSettings(*ui);
     const QString deviceId = deviceIds.value(mac);
     const QHostAddress group(QLatin1String(veltor::kHdsGroup));
     const auto send = [&](const QByteArray &body) {
-        multicastSender->writeDatagram(veltor::hdsCmdRequest(getSeqNum(), credentials.at(0),
-                                                             credentials.at(1), deviceId, body),
-                                       group, veltor::kHdsPort);
+        multicastSender->writeDatagram(
+            veltor::hdsCmdRequest(getSeqNum(), user, password, deviceId, body), group,
+            veltor::kHdsPort);
     };
     send(veltor::netconfBody(settings, mac));
     if (!settings.port.isEmpty())
@@ -154,14 +152,15 @@ void MainWindow::sendHaisiConfig(const QString &mac, const QStringList &credenti
 // address, to check the same credentials; that reply drives ipConf (reboot and
 // progress, or "request failed"). A camera outside the PC's /24 cannot be asked:
 // the datagram has still gone out, and the next search shows the result.
-void MainWindow::confirmConfiguration(const QString &ip, const QStringList &credentials)
+void MainWindow::confirmConfiguration(const QString &ip)
 {
     if (!veltor::sameSubnet24(ip, getNetwork()))
         return;
+    const veltor::CameraCredentials camera = veltor::credentialsFromNewest(newestCredentials(ip));
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkRequest request(veltor::credentialCheckUrl(ip, credentials.at(2), credentials.at(3),
-                                                       credentials.at(0), credentials.at(1)));
+    QNetworkRequest request(
+        veltor::credentialCheckUrl(ip, camera.port, camera.family, camera.user, camera.password));
     request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
     QNetworkReply *reply = configManager->get(request);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { ipConf(reply); });
@@ -175,16 +174,16 @@ void MainWindow::ipConf(QNetworkReply *reply)
         return;
     }
     const QString ip = ui->ipFixEdit->text();
-    const QStringList credentials = newestCredentials(ip);
-    if (credentials.at(3) == QLatin1String("Winbond")) {
+    const veltor::CameraCredentials camera = veltor::credentialsFromNewest(newestCredentials(ip));
+    if (camera.family == QLatin1String("Winbond")) {
         WinbondRebootProgressBar();
         return;
     }
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkReply *reboot = configManager->get(QNetworkRequest(
-        veltor::cameraUrl(ip, credentials.at(2), QStringLiteral("/reboot.cgi?user="),
-                          credentials.at(0), QStringLiteral("&pwd="), credentials.at(1))));
+    QNetworkReply *reboot = configManager->get(
+        QNetworkRequest(veltor::cameraUrl(ip, camera.port, QStringLiteral("/reboot.cgi?user="),
+                                          camera.user, QStringLiteral("&pwd="), camera.password)));
     connect(reboot, &QNetworkReply::finished, reboot, &QObject::deleteLater);
     QMessageBox::information(this, tr("Camera rebooting"),
                              tr("The camera is rebooting now, please wait for a moment!"));

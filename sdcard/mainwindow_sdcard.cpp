@@ -10,11 +10,6 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
-#if __has_include("auth/usercheckdialog.h")
-#include "auth/usercheckdialog.h"
-#define VELTOR_HAS_USERCHECKDIALOG 1
-#endif
-
 namespace {
 
 // Where a Winbond search reply (hex text) holds the camera's address.
@@ -99,17 +94,7 @@ bool MainWindow::fillFromHaisiReply(const QString &ip)
 
 void MainWindow::openSdCredentialDialog(const QString &ip, const QString &port)
 {
-#ifdef VELTOR_HAS_USERCHECKDIALOG
-    auto *dialog = new userCheckDialog(this);
-    dialog->setNetwork(getNetwork());
-    dialog->setData({ip, port, QStringLiteral("Haisi")});
-    dialog->setWindowTitle(tr("Authentication required"));
-    dialog->setWindowFlags(Qt::Window | Qt::WindowCloseButtonHint);
-    connect(dialog, &userCheckDialog::sendData, this, &MainWindow::receiveCamSdCard);
-    dialog->exec();
-#else
-    Q_UNUSED(port)
-#endif
+    askCredentials(ip, port, QStringLiteral("Haisi"), &MainWindow::receiveCamSdCard);
 }
 
 void MainWindow::receiveCamSdCard(QStringList cameraStatus)

@@ -1,6 +1,5 @@
 #include "app/mainwindow.h"
 
-#include "auth/usercheckdialog.h"
 #include "ui_mainwindow.h"
 #include "update/storedcamera.h"
 #include "update/uploadrequest.h"
@@ -66,13 +65,7 @@ void MainWindow::showStoredCamera(const QString &ip)
 
 void MainWindow::askUpdateCredentials(const QString &ip)
 {
-    auto *dialog = new userCheckDialog(this);
-    dialog->setNetwork(getNetwork());
-    dialog->setData(QStringList{ip, cameraPort, cameraFamily});
-    dialog->setWindowTitle(tr("Authentication required"));
-    dialog->setWindowFlags(Qt::Window | Qt::WindowCloseButtonHint);
-    connect(dialog, &userCheckDialog::sendData, this, &MainWindow::receiveCamUpdate);
-    dialog->exec();
+    askCredentials(ip, cameraPort, cameraFamily, &MainWindow::receiveCamUpdate);
 }
 
 void MainWindow::receiveCamUpdate(QStringList cameraStatus)

@@ -240,12 +240,14 @@ void IpConfSubmitTest::confirmation()
     fillForm(window, true, QString(), kStatic);
     submit();
     QTRY_COMPARE_WITH_TIMEOUT(boxes->titles.size(), titles.size(), 10000);
-    QTRY_COMPARE(camera.paths.size(), paths.size());
     QCOMPARE(boxes->titles, titles);
-    QList<QByteArray> expected;
-    for (const QString &path : paths)
-        expected << path.toUtf8();
-    QCOMPARE(camera.paths, expected);
+    // Unlocking also asks for the SD card status; that is the SD card tab's business.
+    QStringList asked;
+    for (const QByteArray &path : camera.paths) {
+        if (!path.startsWith("/param.cgi?cmd=getserverinfo"))
+            asked << QString::fromUtf8(path);
+    }
+    QCOMPARE(asked, paths);
     if (status != 200)
         QCOMPARE(boxes->texts, QStringList{"Your request has failed, retry please!"});
     QVERIFY(window->isEnabled());
