@@ -1,5 +1,8 @@
 #pragma once
 
+#include "auth/cameralogin.h"
+#include "discovery/storedcamera.h"
+
 #include <QAbstractSocket>
 #include <QByteArray>
 #include <QColor>
@@ -123,37 +126,34 @@ private:
     void highlightClickedRow(QTableWidget *table, int row, int column);
 
     // netconf/ helpers
-    // The submit, its HTTP follow-up and the reboot wait (mainwindow_ipsubmit.cpp).
+    // The submit, its HTTP follow-up and the reboot wait are in mainwindow_ipsubmit.cpp.
     QString macOfCamera(const QString &ip) const;
-    bool sendWinbondConfig(const QString &mac, const QString &user, const QString &password);
-    void sendHaisiConfig(const QString &mac, const QString &user, const QString &password);
-    void confirmConfiguration(const QString &ip);
+    bool sendWinbondConfig(const QString &mac, const veltor::CameraLogin &login);
+    void sendHaisiConfig(const QString &mac, const veltor::CameraLogin &login);
+    void confirmConfiguration(const QString &ip, const veltor::CameraLogin &login);
     void rebootProgress(unsigned stepMs);
     class QNetworkAccessManager *configManager = nullptr;
 
     // auth/ helpers
-    // Opens the credential dialog for a camera, modally, and hands what it
-    // returns to `receiver`; shared by the three working tabs.
-    void askCredentials(const QString &ip, const QString &port, const QString &family,
-                        void (MainWindow::*receiver)(QStringList));
-
-    // update/ helpers
-    // Newest credential values of a camera: family, HTTP port, password, user.
-    QStringList newestCredentials(const QString &ip) const;
-    // Fills the Update tab and the IP Conf. form from the stored replies.
-    void showStoredCamera(const QString &ip);
-    void askUpdateCredentials(const QString &ip);
+    // The chosen camera, shared by the three working tabs (app/mainwindow_camera.cpp).
+    veltor::StoredCamera storedCamera(const QString &ip);
+    // Fills the IP Conf. form, the Update tab and the SD Card tab from the
+    // camera's stored search reply.
+    void showStoredCamera(const veltor::StoredCamera &camera);
+    // Opens the credential dialog; `receiver` gets its sendData.
+    void askCredentials(const QString &ip, void (MainWindow::*receiver)(QStringList));
+    // Files accepted credentials, unlocks the camera on all tabs, asks for its SD card.
+    void acceptCredentials(const QString &ip, const QStringList &cameraStatus);
     void enableUnlockedControls();
     void requestSdCardStatus(const QString &ip);
+    veltor::CameraLogin newestLogin(const QString &ip) const;
+
+    // update/ helpers
     void failUpload(const QString &text);
     bool sendNextPiece();
     void endUpload();
 
     // sdcard/ helpers
-    bool isWinbondCamera(const QString &ip);
-    // Fills the three tabs from the camera's HDS/1.0 search reply, if stored.
-    bool fillFromHaisiReply(const QString &ip);
-    void openSdCredentialDialog(const QString &ip, const QString &port);
 
     QStringList winbondReplies;
     QStringList hdsReplies;

@@ -29,10 +29,4 @@ bool sameSubnet24(const QString &a, const QString &b)
     return true;
 }
 
-CameraCredentials credentialsFromNewest(const QStringList &newestFirst)
-{
-    return CameraCredentials{newestFirst.value(3), newestFirst.value(2), newestFirst.value(1),
-                             newestFirst.value(0)};
-}
-
 } // namespace veltor

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 #include <QUrl>
 
 // How a camera's user name and password are checked over HTTP.
@@ -16,18 +15,5 @@ QUrl credentialCheckUrl(const QString &ip, const QString &port, const QString &f
 // True when parts 0 to 2 of both dotted addresses are the same text: only a
 // camera on the PC's own /24 can be asked over HTTP.
 bool sameSubnet24(const QString &a, const QString &b);
-
-// A camera's credentials as the dialog returned them.
-struct CameraCredentials
-{
-    QString user;
-    QString password;
-    QString port;
-    QString family;
-};
-
-// The newest four values of the window's credential map, which come back
-// newest first: family, port, password, user.
-CameraCredentials credentialsFromNewest(const QStringList &newestFirst);
 
 } // namespace veltor

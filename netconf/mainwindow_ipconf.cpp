@@ -8,24 +8,16 @@ void MainWindow::mycellClickedIpConf(int row, int column)
     const QTableWidgetItem *ipItem = ui->tableWidgetSearch_2->item(row, 1);
     const QString ip = ipItem ? ipItem->text() : QString();
     checkIpLock(ip);
-    // Fills all three tabs from the stored replies and keeps a locked camera's
-    // fields shut whatever its DHCP flag.
-    showStoredCamera(ip);
+    showStoredCamera(storedCamera(ip));
     if (lockState.value(ip) == QLatin1String("lock"))
-        askCredentials(ip, cameraPort, cameraFamily, &MainWindow::receiveCamConfIp);
+        askCredentials(ip, &MainWindow::receiveCamConfIp);
     else
         requestSdCardStatus(ip);
 }
 
 void MainWindow::receiveCamConfIp(QStringList cameraStatus)
 {
-    const QString key = ui->ipFixEdit->text();
-    for (int i = 0; i < 4; ++i)
-        cameraCredentials.insert(key, cameraStatus.value(i));
-    lockState[key] = QStringLiteral("unlock");
-    // The update and SD card tabs open for the same camera.
-    enableUnlockedControls();
-    requestSdCardStatus(key);
+    acceptCredentials(ui->ipFixEdit->text(), cameraStatus);
 }
 
 void MainWindow::on_dhcpCheckbox_toggled(bool checked)

@@ -86,22 +86,22 @@ unsigned rebootStep(unsigned designedMs)
 void MainWindow::on_dhcpsubmit_clicked()
 {
     const QString ip = ui->ipFixEdit->text();
-    const veltor::CameraCredentials camera = veltor::credentialsFromNewest(newestCredentials(ip));
-    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), camera.family);
+    const veltor::CameraLogin login = newestLogin(ip);
+    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), login.family);
     if (check != veltor::SubmitCheck::Passed) {
         QMessageBox::critical(this, tr("Error"), checkMessage(check));
         return;
     }
     const QString mac = macOfCamera(ip);
-    if (camera.family == QLatin1String("Winbond")) {
-        if (!sendWinbondConfig(mac, camera.user, camera.password))
+    if (login.family == QLatin1String(veltor::kWinbondFamily)) {
+        if (!sendWinbondConfig(mac, login))
             return;
-    } else if (camera.family == QLatin1String("Haisi")) {
-        sendHaisiConfig(mac, camera.user, camera.password);
+    } else if (login.family == QLatin1String(veltor::kHaisiFamily)) {
+        sendHaisiConfig(mac, login);
     } else {
         return;
     }
-    confirmConfiguration(ip);
+    confirmConfiguration(ip, login);
 }
 
 QString MainWindow::macOfCamera(const QString &ip) const
@@ -118,29 +118,30 @@ QString MainWindow::macOfCamera(const QString &ip) const
     return QString();
 }
 
-bool MainWindow::sendWinbondConfig(const QString &mac, const QString &user, const QString &password)
+bool MainWindow::sendWinbondConfig(const QString &mac, const veltor::CameraLogin &login)
 {
-    const veltor::WinbondFieldProblem problem = veltor::checkWinbondFields(mac, user, password);
+    const veltor::WinbondFieldProblem problem =
+        veltor::checkWinbondFields(mac, login.user, login.password);
     if (problem != veltor::WinbondFieldProblem::None) {
         QMessageBox::critical(this, tr("Error"), winbondFieldMessage(problem));
         return false;
     }
     const QByteArray datagram =
-        veltor::winbondConfigDatagram(mac, user, password, formSettings(*ui));
+        veltor::winbondConfigDatagram(mac, login.user, login.password, formSettings(*ui));
     broadcastSender->writeDatagram(datagram, QHostAddress(QLatin1String(veltor::kBroadcastAddress)),
                                    veltor::kBinarySearchPort);
     return true;
 }
 
-void MainWindow::sendHaisiConfig(const QString &mac, const QString &user, const QString &password)
+void MainWindow::sendHaisiConfig(const QString &mac, const veltor::CameraLogin &login)
 {
     const veltor::NetworkSettings settings = formSettings(*ui);
     const QString deviceId = deviceIds.value(mac);
     const QHostAddress group(QLatin1String(veltor::kHdsGroup));
     const auto send = [&](const QByteArray &body) {
-        multicastSender->writeDatagram(
-            veltor::hdsCmdRequest(getSeqNum(), user, password, deviceId, body), group,
-            veltor::kHdsPort);
+        multicastSender->writeDatagram(veltor::hdsCmdRequest(getSeqNum(), login.user,
+                                                             login.password, deviceId, body),
+                                       group, veltor::kHdsPort);
     };
     send(veltor::netconfBody(settings, mac));
     if (!settings.port.isEmpty())
@@ -152,15 +153,14 @@ void MainWindow::sendHaisiConfig(const QString &mac, const QString &user, const 
 // address, to check the same credentials; that reply drives ipConf (reboot and
 // progress, or "request failed"). A camera outside the PC's /24 cannot be asked:
 // the datagram has still gone out, and the next search shows the result.
-void MainWindow::confirmConfiguration(const QString &ip)
+void MainWindow::confirmConfiguration(const QString &ip, const veltor::CameraLogin &login)
 {
     if (!veltor::sameSubnet24(ip, getNetwork()))
         return;
-    const veltor::CameraCredentials camera = veltor::credentialsFromNewest(newestCredentials(ip));
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkRequest request(
-        veltor::credentialCheckUrl(ip, camera.port, camera.family, camera.user, camera.password));
+    QNetworkRequest request(veltor::credentialCheckUrl(ip, login.port, login.family,
+                                                       login.user, login.password));
     request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
     QNetworkReply *reply = configManager->get(request);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { ipConf(reply); });
@@ -174,16 +174,16 @@ void MainWindow::ipConf(QNetworkReply *reply)
         return;
     }
     const QString ip = ui->ipFixEdit->text();
-    const veltor::CameraCredentials camera = veltor::credentialsFromNewest(newestCredentials(ip));
-    if (camera.family == QLatin1String("Winbond")) {
+    const veltor::CameraLogin login = newestLogin(ip);
+    if (login.family == QLatin1String(veltor::kWinbondFamily)) {
         WinbondRebootProgressBar();
         return;
     }
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkReply *reboot = configManager->get(
-        QNetworkRequest(veltor::cameraUrl(ip, camera.port, QStringLiteral("/reboot.cgi?user="),
-                                          camera.user, QStringLiteral("&pwd="), camera.password)));
+    QNetworkReply *reboot = configManager->get(QNetworkRequest(
+        veltor::cameraUrl(ip, login.port, QStringLiteral("/reboot.cgi?user="),
+                          login.user, QStringLiteral("&pwd="), login.password)));
     connect(reboot, &QNetworkReply::finished, reboot, &QObject::deleteLater);
     QMessageBox::information(this, tr("Camera rebooting"),
                              tr("The camera is rebooting now, please wait for a moment!"));
