@@ -12,9 +12,7 @@
 
 namespace {
 
-// Cameras answer by broadcast and to the group, as the search expects.
-const QHostAddress kBroadcast(QStringLiteral("255.255.255.255"));
-const QHostAddress kGroup(QStringLiteral("239.255.250.150"));
+const QHostAddress kLoopback(QHostAddress::LocalHost);
 
 } // namespace
 
@@ -68,12 +66,15 @@ void IpConfClickTest::answer(const QByteArray &winbond, const QByteArray &hds)
 {
     auto *table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"));
     const int before = table->rowCount();
-    camera->writeDatagram(QByteArray(27, '\1'), kBroadcast, 10000);
-    camera->writeDatagram("SEARCH * HDS/1.0\r\n\r\n", kGroup, 8002);
+    // Binary datagrams not to 127.0.0.1: the search sender is bound there on port
+    // 10000 and, being bound more specifically, would take them from the receiver.
+    const QHostAddress binaryTarget(QStringLiteral("127.0.0.2"));
+    camera->writeDatagram(QByteArray(27, '\1'), binaryTarget, 10000);
+    camera->writeDatagram("SEARCH * HDS/1.0\r\n\r\n", kLoopback, 8002);
     if (!winbond.isEmpty())
-        camera->writeDatagram(winbond, kBroadcast, 10000);
+        camera->writeDatagram(winbond, binaryTarget, 10000);
     if (!hds.isEmpty())
-        camera->writeDatagram(hds, kGroup, 8002);
+        camera->writeDatagram(hds, kLoopback, 8002);
     const int expected = before + (winbond.isEmpty() ? 0 : 1) + (hds.isEmpty() ? 0 : 1);
     QTRY_COMPARE(table->rowCount(), expected);
 }
@@ -176,10 +177,10 @@ void IpConfClickTest::shortHaisiReplyIsNotUsed()
     // Six lines after the status line make seven parts: the search ignores
     // such a reply and so must the form, though it comes first and names the
     // clicked address.
-    camera->writeDatagram("SEARCH * HDS/1.0\r\n\r\n", kGroup, 8002);
+    camera->writeDatagram("SEARCH * HDS/1.0\r\n\r\n", kLoopback, 8002);
     camera->writeDatagram("HDS/1.0 200 OK\r\nIP=127.0.0.7\r\nMASK=1.1.1.1\r\nGateway=1.1.1.1\r\n"
                           "Fdns=1.1.1.1\r\nHttp-Port=1",
-                          kGroup, 8002);
+                          kLoopback, 8002);
     answer(QByteArray(), replybuilder::hdsCamera("127.0.0.7", "00:11:22:33:44:77"));
     clickRow(0);
     QCOMPARE(text("subnet"), QStringLiteral("255.255.255.0"));
