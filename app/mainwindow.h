@@ -149,6 +149,8 @@ private:
     veltor::CameraLogin newestLogin(const QString &ip) const;
 
     // update/ helpers
+    // The tab in update/mainwindow_update.cpp; the upload stream (startTransfer,
+    // updateClientProgress, displayError) in update/mainwindow_upload.cpp.
     void failUpload(const QString &text);
     bool sendNextPiece();
     void endUpload();

@@ -1,6 +1,8 @@
 // Upload throughput of the tool against curl, to one counting HTTP peer over
 // loopback, and the tool's peak memory growth while it streams.
 // Usage: veltor-upload-bench [MiB ...]   (default: 64 512)
+// veltor-piece-floor shows what one 4096-byte piece per event-loop turn costs
+// on the machine at all, without Qt: the ceiling for the tool's pacing.
 #include "app/mainwindow.h"
 
 #include <QApplication>
@@ -23,6 +25,7 @@
 namespace {
 
 constexpr int kRuns = 3;
+constexpr qint64 kSmallestUpload = 64 * 1024;
 
 qint64 procStatusKiB(const char *field)
 {
@@ -76,7 +79,8 @@ public:
     {
         while (process.canReadLine()) {
             const QList<QByteArray> words = process.readLine().trimmed().split(' ');
-            if (words.value(0) == "done") {
+            // Small requests are the tab's SD card status query, not an upload.
+            if (words.value(0) == "done" && words.value(1).toLongLong() >= kSmallestUpload) {
                 *bytes = words.value(1).toLongLong();
                 return words.value(2).toLongLong();
             }
@@ -116,9 +120,6 @@ Run toolRun(MainWindow *window, SinkProcess *sink, const QString &path)
         window, "receiveCamUpdate",
         Q_ARG(QStringList, QStringList({QStringLiteral("admin"), QStringLiteral("admin"),
                                         QString::number(sink->port), QStringLiteral("Winbond")})));
-    qint64 ignored = 0;
-    if (sink->process.waitForReadyRead(1000)) // the SD card status request, when the tab sends one
-        sink->poll(&ignored);
     window->findChild<QLineEdit *>(QStringLiteral("fileEdit"))->setText(path);
     window->findChild<QComboBox *>(QStringLiteral("selectBox"))->setCurrentIndex(0);
 

@@ -14,6 +14,10 @@
 
 // The Update tab's own decisions: when to ask for credentials, what unlocking
 // opens, and which files the browser offers.
+// A file dialog can take seconds to come up on a loaded machine; an answer
+// that gives up too early leaves it open for good.
+constexpr int kSlowDialogMs = 30000;
+
 class tst_UpdateTab : public QObject
 {
     Q_OBJECT
@@ -121,15 +125,17 @@ void tst_UpdateTab::fileFilter()
     QFile file(chosen);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.close();
-    testsupport::answerNextModal([&](QWidget *modal) {
-        auto *dialog = qobject_cast<QFileDialog *>(modal);
-        if (!dialog)
-            return modal->close(), void();
-        filters = dialog->nameFilters();
-        caption = dialog->windowTitle();
-        dialog->selectFile(chosen);
-        QMetaObject::invokeMethod(dialog, "accept");
-    });
+    testsupport::answerNextModal(
+        [&](QWidget *modal) {
+            auto *dialog = qobject_cast<QFileDialog *>(modal);
+            if (!dialog)
+                return modal->close(), void();
+            filters = dialog->nameFilters();
+            caption = dialog->windowTitle();
+            dialog->selectFile(chosen);
+            QMetaObject::invokeMethod(dialog, "accept");
+        },
+        kSlowDialogMs);
     QMetaObject::invokeMethod(window, "on_fileChoose_clicked");
     QCOMPARE(caption, QStringLiteral("Open File"));
     QTEST(filters.join(QLatin1Char(';')), "filter");
@@ -140,7 +146,7 @@ void tst_UpdateTab::cancelledBrowseLeavesPathEmpty()
 {
     unlock(QStringLiteral("Winbond"));
     child<QLineEdit>("fileEdit")->setText(QStringLiteral("/old.bin"));
-    testsupport::answerNextModal([](QWidget *modal) { modal->close(); });
+    testsupport::answerNextModal([](QWidget *modal) { modal->close(); }, kSlowDialogMs);
     QMetaObject::invokeMethod(window, "on_fileChoose_clicked");
     QVERIFY(child<QLineEdit>("fileEdit")->text().isEmpty());
 
