@@ -155,8 +155,8 @@ private:
 
     // sdcard/ helpers
     bool isWinbondCamera(const QString &ip);
-    // Fills the three tabs from the camera's HDS/1.0 search reply, if stored.
-    bool fillFromHaisiReply(const QString &ip);
+    // The address fields follow the DHCP box only for an unlocked camera.
+    void lockAddressFields(const QString &ip);
     void openSdCredentialDialog(const QString &ip, const QString &port);
 
     QStringList winbondReplies;

@@ -1,7 +1,6 @@
 #include "app/mainwindow.h"
 
 #include "auth/usercheckdialog.h"
-#include "discovery/hdsreply.h"
 #include "sdcard/sdmanager.h"
 #include "sdcard/sdrequest.h"
 #include "sdcard/sdstatus.h"
@@ -36,7 +35,10 @@ void MainWindow::mycellClickedSdmanager(int row, int column)
         sdStatusMessage = tr("VGA-Cameras do not support SD cards");
         return;
     }
-    const bool known = fillFromHaisiReply(ip);
+    // The other tabs show the camera as the IP Conf. tab would.
+    const bool known = fillFromHdsReply(ip);
+    if (known)
+        lockAddressFields(ip);
     if (lockState.value(ip) != QLatin1String("unlock")) {
         for (QLabel *label : {ui->totalMenorySize, ui->leftMemorySize, ui->UsedMemorySize})
             label->clear();
@@ -60,37 +62,17 @@ bool MainWindow::isWinbondCamera(const QString &ip)
     return false;
 }
 
-bool MainWindow::fillFromHaisiReply(const QString &ip)
+void MainWindow::lockAddressFields(const QString &ip)
 {
-    for (int i = 1; i < hdsReplies.size(); ++i) {
-        const std::optional<veltor::HdsFields> fields = veltor::parseHdsFields(hdsReplies.at(i));
-        if (!fields || fields->value(QStringLiteral("IP")) != ip)
-            continue;
-        const auto value = [&fields](const char *key) { return fields->value(QLatin1String(key)); };
-        ui->ipaddress->setText(value("IP"));
-        ui->ipFixEdit->setText(value("IP"));
-        ui->iplabel->setText(value("IP"));
-        ui->ipFixSd->setText(value("IP"));
-        ui->subnet->setText(value("MASK"));
-        ui->gateway->setText(value("Gateway"));
-        ui->dns->setText(value("Fdns"));
-        ui->httpport->setText(value("Http-Port"));
-        cameraPort = value("Http-Port");
-        cameraFamily = QStringLiteral("Haisi");
-        if (value("Dhcp") == QLatin1String("0") || value("Dhcp") == QLatin1String("1"))
-            ui->dhcpCheckbox->setChecked(value("Dhcp") == QLatin1String("1"));
-        if (lockState.value(ip) == QLatin1String("unlock")) {
-            on_dhcpCheckbox_toggled(ui->dhcpCheckbox->isChecked());
-        } else {
-            for (QWidget *control :
-                 {static_cast<QWidget *>(ui->dhcpCheckbox), static_cast<QWidget *>(ui->ipaddress),
-                  static_cast<QWidget *>(ui->subnet), static_cast<QWidget *>(ui->gateway),
-                  static_cast<QWidget *>(ui->dns)})
-                control->setEnabled(false);
-        }
-        return true;
+    if (lockState.value(ip) == QLatin1String("unlock")) {
+        on_dhcpCheckbox_toggled(ui->dhcpCheckbox->isChecked());
+        return;
     }
-    return false;
+    for (QWidget *control :
+         {static_cast<QWidget *>(ui->dhcpCheckbox), static_cast<QWidget *>(ui->ipaddress),
+          static_cast<QWidget *>(ui->subnet), static_cast<QWidget *>(ui->gateway),
+          static_cast<QWidget *>(ui->dns)})
+        control->setEnabled(false);
 }
 
 void MainWindow::openSdCredentialDialog(const QString &ip, const QString &port)
