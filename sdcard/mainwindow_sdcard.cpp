@@ -33,6 +33,9 @@ void MainWindow::mycellClickedSdmanager(int row, int column)
         return;
     if (isWinbondCamera(ip)) {
         sdStatusMessage = tr("VGA-Cameras do not support SD cards");
+        // A card confirmed for the camera selected before is not this one's:
+        // Show Files must give the message, not open the other camera's card.
+        sdNeedsCheck = true;
         return;
     }
     // The other tabs show the camera as the IP Conf. tab would.
