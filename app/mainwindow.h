@@ -1,5 +1,8 @@
 #pragma once
 
+#include "auth/cameralogin.h"
+#include "discovery/storedcamera.h"
+
 #include <QAbstractSocket>
 #include <QByteArray>
 #include <QColor>
@@ -123,41 +126,34 @@ private:
     void highlightClickedRow(QTableWidget *table, int row, int column);
 
     // netconf/ helpers
-    // Form filling and unlocking in mainwindow_ipconf.cpp; the submit, its
-    // HTTP follow-up and the reboot wait in mainwindow_ipsubmit.cpp.
-    bool fillFromWinbondReply(const QString &ip);
-    bool fillFromHdsReply(const QString &ip);
-    void showCameraAddress(const QString &ip);
-    void setDhcpBox(const QString &flag);
-    void askCredentialsIpConf(const QString &ip);
-    // The newest credentials of a camera: user, password, port, family.
-    QStringList newestCredentials(const QString &ip) const;
+    // The submit, its HTTP follow-up and the reboot wait are in mainwindow_ipsubmit.cpp.
     QString macOfCamera(const QString &ip) const;
-    bool sendWinbondConfig(const QString &mac, const QStringList &credentials);
-    void sendHaisiConfig(const QString &mac, const QStringList &credentials);
-    void confirmConfiguration(const QString &ip, const QStringList &credentials);
+    bool sendWinbondConfig(const QString &mac, const veltor::CameraLogin &login);
+    void sendHaisiConfig(const QString &mac, const veltor::CameraLogin &login);
+    void confirmConfiguration(const QString &ip, const veltor::CameraLogin &login);
     void rebootProgress(unsigned stepMs);
     class QNetworkAccessManager *configManager = nullptr;
 
     // auth/ helpers
-
-    // update/ helpers
-    // Newest credential values of a camera: family, HTTP port, password, user.
-    QStringList newestCredentials(const QString &ip) const;
-    // Fills the Update tab and the IP Conf. form from the stored replies.
-    void showStoredCamera(const QString &ip);
-    void askUpdateCredentials(const QString &ip);
+    // The chosen camera, shared by the three working tabs (app/mainwindow_camera.cpp).
+    veltor::StoredCamera storedCamera(const QString &ip);
+    // Fills the IP Conf. form, the Update tab and the SD Card tab from the
+    // camera's stored search reply.
+    void showStoredCamera(const veltor::StoredCamera &camera);
+    // Opens the credential dialog; `receiver` gets its sendData.
+    void askCredentials(const QString &ip, void (MainWindow::*receiver)(QStringList));
+    // Files accepted credentials, unlocks the camera on all tabs, asks for its SD card.
+    void acceptCredentials(const QString &ip, const QStringList &cameraStatus);
     void enableUnlockedControls();
     void requestSdCardStatus(const QString &ip);
+    veltor::CameraLogin newestLogin(const QString &ip) const;
+
+    // update/ helpers
     void failUpload(const QString &text);
     bool sendNextPiece();
     void endUpload();
 
     // sdcard/ helpers
-    bool isWinbondCamera(const QString &ip);
-    // The address fields follow the DHCP box only for an unlocked camera.
-    void lockAddressFields(const QString &ip);
-    void openSdCredentialDialog(const QString &ip, const QString &port);
 
     QStringList winbondReplies;
     QStringList hdsReplies;

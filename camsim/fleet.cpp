@@ -3,17 +3,19 @@
 #include "camsim/discoveryresponder.h"
 #include "camsim/features.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <sys/resource.h>
 
 namespace veltor::camsim {
 
 Fleet::Fleet(const FleetOptions &options, QObject *parent)
     : QObject(parent), options(options), searches(new DiscoveryResponder(this))
 {
-    connect(searches, &DiscoveryResponder::searchReceived, this, [this] { ++searchesSeen; });
+    connect(searches, &DiscoveryResponder::searchReceived, this, &Fleet::searchArrived);
 }
 
 bool Fleet::start(QString *error)
@@ -27,10 +29,7 @@ bool Fleet::start(QString *error)
         members.append(camera);
         installFeatures(*camera);
         installFleetRoute(*camera);
-        connect(camera, &SimCamera::replySent, this, [this](qint64 at) {
-            ++repliesSent;
-            lastReplyMs = at;
-        });
+        connect(camera, &SimCamera::replySent, this, &Fleet::replyLeft);
         const QHostAddress address(options.bindEachIp ? setting.ip : options.listenAddress);
         if (!camera->startHttp(address, 0, error) ||
             !camera->openReplySockets(options.bindEachIp, error))
@@ -51,15 +50,41 @@ void Fleet::installFleetRoute(SimCamera &camera)
     });
 }
 
+void Fleet::searchArrived()
+{
+    constexpr qint64 kRoundGapMs = 500;
+    ++searchesSeen;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    if (rounds.isEmpty() || now - rounds.last().firstSearchMs > kRoundGapMs)
+        rounds.append(Round{now, 0, 0});
+}
+
+void Fleet::replyLeft(qint64 at)
+{
+    ++repliesSent;
+    if (rounds.isEmpty())
+        rounds.append(Round{at, 0, 0});
+    rounds.last().lastReplyMs = at;
+    ++rounds.last().replies;
+}
+
 QJsonDocument Fleet::describe(bool withLogs) const
 {
     QJsonArray cameras;
     for (const SimCamera *camera : members)
         cameras.append(camera->toJson(withLogs));
+    QJsonArray roundList;
+    for (const Round &round : rounds)
+        roundList.append(QJsonObject{{QStringLiteral("firstSearchMs"), round.firstSearchMs},
+                                     {QStringLiteral("lastReplyMs"), round.lastReplyMs},
+                                     {QStringLiteral("replies"), round.replies}});
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
     return QJsonDocument(QJsonObject{{QStringLiteral("cameras"), cameras},
                                      {QStringLiteral("searchesSeen"), searchesSeen},
                                      {QStringLiteral("repliesSent"), repliesSent},
-                                     {QStringLiteral("lastReplyMs"), lastReplyMs}});
+                                     {QStringLiteral("rounds"), roundList},
+                                     {QStringLiteral("peakRssKb"), qint64(usage.ru_maxrss)}});
 }
 
 bool Fleet::writeStatusFile(const QString &path, QString *error) const

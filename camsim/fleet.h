@@ -24,7 +24,7 @@ public:
 
     const QVector<SimCamera *> &cameras() const { return members; }
     DiscoveryResponder &responder() { return *searches; }
-    // {"cameras": [...settings...], "repliesSent": n, "lastReplyMs": t}
+    // {"cameras": [...], "searchesSeen": n, "repliesSent": n, "rounds": [...], "peakRssKb": n}
     QJsonDocument describe(bool withLogs) const;
     bool writeStatusFile(const QString &path, QString *error) const;
 
@@ -34,9 +34,19 @@ private:
     FleetOptions options;
     DiscoveryResponder *searches;
     QVector<SimCamera *> members;
+    // Searches arriving within a short time form one round (both protocols).
+    struct Round
+    {
+        qint64 firstSearchMs = 0;
+        qint64 lastReplyMs = 0;
+        qint64 replies = 0;
+    };
+    void searchArrived();
+    void replyLeft(qint64 at);
+
     qint64 repliesSent = 0;
-    qint64 lastReplyMs = 0;
     qint64 searchesSeen = 0;
+    QVector<Round> rounds;
 };
 
 } // namespace veltor::camsim

@@ -9,6 +9,10 @@ constexpr quint16 kBinarySearchPort = 10000;   // "MO_I" search and Winbond conf
 constexpr quint16 kHdsPort = 8002;             // HDS/1.0 SEARCH and CMD
 constexpr char kHdsGroup[] = "239.255.250.150";
 constexpr char kBroadcastAddress[] = "255.255.255.255";
+// Camera families, named after the protocol they answered; compared case-sensitively.
+constexpr char kWinbondFamily[] = "Winbond";
+constexpr char kHaisiFamily[] = "Haisi";
+
 constexpr int kAutoSearchIntervalMs = 6000;
 constexpr int kSearchRounds = 3;
 constexpr unsigned kProgressStepMs = 20;       // 101 steps: about two seconds a round

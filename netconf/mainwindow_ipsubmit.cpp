@@ -86,23 +86,22 @@ unsigned rebootStep(unsigned designedMs)
 void MainWindow::on_dhcpsubmit_clicked()
 {
     const QString ip = ui->ipFixEdit->text();
-    const QStringList credentials = newestCredentials(ip);
-    const QString family = credentials.at(3);
-    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), family);
+    const veltor::CameraLogin login = newestLogin(ip);
+    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), login.family);
     if (check != veltor::SubmitCheck::Passed) {
         QMessageBox::critical(this, tr("Error"), checkMessage(check));
         return;
     }
     const QString mac = macOfCamera(ip);
-    if (family == QLatin1String("Winbond")) {
-        if (!sendWinbondConfig(mac, credentials))
+    if (login.family == QLatin1String(veltor::kWinbondFamily)) {
+        if (!sendWinbondConfig(mac, login))
             return;
-    } else if (family == QLatin1String("Haisi")) {
-        sendHaisiConfig(mac, credentials);
+    } else if (login.family == QLatin1String(veltor::kHaisiFamily)) {
+        sendHaisiConfig(mac, login);
     } else {
         return;
     }
-    confirmConfiguration(ip, credentials);
+    confirmConfiguration(ip, login);
 }
 
 QString MainWindow::macOfCamera(const QString &ip) const
@@ -119,29 +118,29 @@ QString MainWindow::macOfCamera(const QString &ip) const
     return QString();
 }
 
-bool MainWindow::sendWinbondConfig(const QString &mac, const QStringList &credentials)
+bool MainWindow::sendWinbondConfig(const QString &mac, const veltor::CameraLogin &login)
 {
     const veltor::WinbondFieldProblem problem =
-        veltor::checkWinbondFields(mac, credentials.at(0), credentials.at(1));
+        veltor::checkWinbondFields(mac, login.user, login.password);
     if (problem != veltor::WinbondFieldProblem::None) {
         QMessageBox::critical(this, tr("Error"), winbondFieldMessage(problem));
         return false;
     }
     const QByteArray datagram =
-        veltor::winbondConfigDatagram(mac, credentials.at(0), credentials.at(1), formSettings(*ui));
+        veltor::winbondConfigDatagram(mac, login.user, login.password, formSettings(*ui));
     broadcastSender->writeDatagram(datagram, QHostAddress(QLatin1String(veltor::kBroadcastAddress)),
                                    veltor::kBinarySearchPort);
     return true;
 }
 
-void MainWindow::sendHaisiConfig(const QString &mac, const QStringList &credentials)
+void MainWindow::sendHaisiConfig(const QString &mac, const veltor::CameraLogin &login)
 {
     const veltor::NetworkSettings settings = formSettings(*ui);
     const QString deviceId = deviceIds.value(mac);
     const QHostAddress group(QLatin1String(veltor::kHdsGroup));
     const auto send = [&](const QByteArray &body) {
-        multicastSender->writeDatagram(veltor::hdsCmdRequest(getSeqNum(), credentials.at(0),
-                                                             credentials.at(1), deviceId, body),
+        multicastSender->writeDatagram(veltor::hdsCmdRequest(getSeqNum(), login.user,
+                                                             login.password, deviceId, body),
                                        group, veltor::kHdsPort);
     };
     send(veltor::netconfBody(settings, mac));
@@ -154,14 +153,14 @@ void MainWindow::sendHaisiConfig(const QString &mac, const QStringList &credenti
 // address, to check the same credentials; that reply drives ipConf (reboot and
 // progress, or "request failed"). A camera outside the PC's /24 cannot be asked:
 // the datagram has still gone out, and the next search shows the result.
-void MainWindow::confirmConfiguration(const QString &ip, const QStringList &credentials)
+void MainWindow::confirmConfiguration(const QString &ip, const veltor::CameraLogin &login)
 {
     if (!veltor::sameSubnet24(ip, getNetwork()))
         return;
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkRequest request(veltor::credentialCheckUrl(ip, credentials.at(2), credentials.at(3),
-                                                       credentials.at(0), credentials.at(1)));
+    QNetworkRequest request(veltor::credentialCheckUrl(ip, login.port, login.family,
+                                                       login.user, login.password));
     request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
     QNetworkReply *reply = configManager->get(request);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { ipConf(reply); });
@@ -175,16 +174,16 @@ void MainWindow::ipConf(QNetworkReply *reply)
         return;
     }
     const QString ip = ui->ipFixEdit->text();
-    const QStringList credentials = newestCredentials(ip);
-    if (credentials.at(3) == QLatin1String("Winbond")) {
+    const veltor::CameraLogin login = newestLogin(ip);
+    if (login.family == QLatin1String(veltor::kWinbondFamily)) {
         WinbondRebootProgressBar();
         return;
     }
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
     QNetworkReply *reboot = configManager->get(QNetworkRequest(
-        veltor::cameraUrl(ip, credentials.at(2), QStringLiteral("/reboot.cgi?user="),
-                          credentials.at(0), QStringLiteral("&pwd="), credentials.at(1))));
+        veltor::cameraUrl(ip, login.port, QStringLiteral("/reboot.cgi?user="),
+                          login.user, QStringLiteral("&pwd="), login.password)));
     connect(reboot, &QNetworkReply::finished, reboot, &QObject::deleteLater);
     QMessageBox::information(this, tr("Camera rebooting"),
                              tr("The camera is rebooting now, please wait for a moment!"));

@@ -10,6 +10,8 @@ packages=(
     fonts-dejavu-core
     # tests: network namespaces, HTTP peers
     iproute2 util-linux curl python3
+    # packaging checks
+    desktop-file-utils appstream dpkg-dev
 )
 
 missing=()

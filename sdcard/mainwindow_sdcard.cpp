@@ -1,6 +1,6 @@
 #include "app/mainwindow.h"
 
-#include "auth/usercheckdialog.h"
+#include "discovery/protocolconstants.h"
 #include "sdcard/sdmanager.h"
 #include "sdcard/sdrequest.h"
 #include "sdcard/sdstatus.h"
@@ -9,14 +9,6 @@
 #include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-
-namespace {
-
-// Where a Winbond search reply (hex text) holds the camera's address.
-constexpr int kWinbondIpHexOffset = 114;
-constexpr int kWinbondIpHexLength = 8;
-
-} // namespace
 
 QString MainWindow::getSDCardDataHandle(QString text)
 {
@@ -29,77 +21,27 @@ void MainWindow::mycellClickedSdmanager(int row, int column)
     const QTableWidgetItem *ipItem = ui->tableWidgetSearch_4->item(row, 1);
     const QString ip = ipItem ? ipItem->text() : QString();
     checkIpLock(ip);
-    if (ip.isEmpty())
-        return;
-    if (isWinbondCamera(ip)) {
+    const veltor::StoredCamera camera = storedCamera(ip);
+    if (camera.family == QLatin1String(veltor::kWinbondFamily)) {
         sdStatusMessage = tr("VGA-Cameras do not support SD cards");
         // A card confirmed for the camera selected before is not this one's:
         // Show Files must give the message, not open the other camera's card.
         sdNeedsCheck = true;
         return;
     }
-    // The other tabs show the camera as the IP Conf. tab would.
-    const bool known = fillFromHdsReply(ip);
-    if (known)
-        lockAddressFields(ip);
-    if (lockState.value(ip) != QLatin1String("unlock")) {
+    showStoredCamera(camera);
+    if (lockState.value(ip) == QLatin1String("lock")) {
         for (QLabel *label : {ui->totalMenorySize, ui->leftMemorySize, ui->UsedMemorySize})
             label->clear();
-        // A camera missing from the stored replies keeps the port of its row.
-        const QTableWidgetItem *portItem = ui->tableWidgetSearch_4->item(row, 2);
-        openSdCredentialDialog(ip, known || !portItem ? cameraPort : portItem->text());
-        return;
+        askCredentials(ip, &MainWindow::receiveCamSdCard);
+    } else {
+        requestSdCardStatus(ip);
     }
-    sdInfoCache.clear();
-    const QStringList credentials = cameraCredentials.values(ip); // newest first
-    postSdCardStatus(ip, credentials.value(3), credentials.value(2), credentials.value(1));
-}
-
-bool MainWindow::isWinbondCamera(const QString &ip)
-{
-    for (int i = 1; i < winbondReplies.size(); ++i) {
-        const QString hex = winbondReplies.at(i).mid(kWinbondIpHexOffset, kWinbondIpHexLength);
-        if (WinbondDataHandle(hex, QStringLiteral("ip")) == ip)
-            return true;
-    }
-    return false;
-}
-
-void MainWindow::lockAddressFields(const QString &ip)
-{
-    if (lockState.value(ip) == QLatin1String("unlock")) {
-        on_dhcpCheckbox_toggled(ui->dhcpCheckbox->isChecked());
-        return;
-    }
-    for (QWidget *control :
-         {static_cast<QWidget *>(ui->dhcpCheckbox), static_cast<QWidget *>(ui->ipaddress),
-          static_cast<QWidget *>(ui->subnet), static_cast<QWidget *>(ui->gateway),
-          static_cast<QWidget *>(ui->dns)})
-        control->setEnabled(false);
-}
-
-void MainWindow::openSdCredentialDialog(const QString &ip, const QString &port)
-{
-    auto *dialog = new userCheckDialog(this);
-    dialog->setNetwork(getNetwork());
-    dialog->setData({ip, port, QStringLiteral("Haisi")});
-    dialog->setWindowTitle(tr("Authentication required"));
-    dialog->setWindowFlags(Qt::Window | Qt::WindowCloseButtonHint);
-    connect(dialog, &userCheckDialog::sendData, this, &MainWindow::receiveCamSdCard);
-    dialog->exec();
 }
 
 void MainWindow::receiveCamSdCard(QStringList cameraStatus)
 {
-    const QString key = ui->ipFixSd->text();
-    for (int i = 0; i < 4; ++i)
-        cameraCredentials.insert(key, cameraStatus.value(i));
-    lockState.insert(key, QStringLiteral("unlock"));
-    // checkIpLock opens every control of an unlocked camera but the address
-    // fields, which follow the DHCP box.
-    checkIpLock(key);
-    on_dhcpCheckbox_toggled(ui->dhcpCheckbox->isChecked());
-    postSdCardStatus(key, cameraStatus.value(0), cameraStatus.value(1), cameraStatus.value(2));
+    acceptCredentials(ui->ipFixSd->text(), cameraStatus);
 }
 
 void MainWindow::postSdCardStatus(QString ip, QString user, QString password, QString port)
@@ -142,9 +84,9 @@ void MainWindow::on_viewFilesBtn_clicked()
     if (sdNeedsCheck) {
         QMessageBox::information(this, tr("Message"), sdStatusMessage, QMessageBox::Ok);
     } else {
-        const QStringList credentials = cameraCredentials.values(key); // newest first
+        const veltor::CameraLogin login = newestLogin(key);
         auto *browser = new sdmanager;
-        browser->setData({key, credentials.value(1), credentials.value(2), credentials.value(3)});
+        browser->setData({key, login.port, login.password, login.user});
         browser->setWindowTitle(tr("SD Card Information"));
         browser->setWindowFlags(Qt::Tool | Qt::WindowCloseButtonHint);
         browser->setWindowModality(Qt::ApplicationModal);

@@ -15,7 +15,7 @@
 void MainWindow::startTransfer()
 {
     const QString ip = ui->iplabel->text();
-    const QStringList camera = newestCredentials(ip);
+    const veltor::CameraLogin login = newestLogin(ip);
     const QString path = ui->fileEdit->text();
     delete localFile;
     localFile = new QFile(path, this);
@@ -32,10 +32,10 @@ void MainWindow::startTransfer()
     fileName = QFileInfo(path).fileName();
 
     veltor::UploadTarget target;
-    target.family = camera.value(0);
-    target.port = camera.value(1);
-    target.password = camera.value(2);
-    target.user = camera.value(3);
+    target.family = login.family;
+    target.port = login.port;
+    target.password = login.password;
+    target.user = login.user;
     target.kind = ui->selectBox->currentIndex();
     target.ip = ip;
     target.fileName = fileName;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "discovery/protocolconstants.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -11,9 +13,6 @@ namespace veltor {
 
 // Index of the update kind in the Update tab's combo box.
 enum UpdateKind { FirmwareUpdate = 0, WebUiUpdate = 1 };
-
-constexpr char kWinbondFamily[] = "Winbond";
-constexpr char kHaisiFamily[] = "Haisi";
 
 constexpr char kWinbondFirmwarePath[] = "/upgrade_firmware.cgi";
 constexpr char kWinbondWebUiPath[] = "/upgrade_htmls.cgi";

@@ -36,8 +36,6 @@ private slots:
     void accepted();
     void rejected_data();
     void rejected();
-    void replyText_data();
-    void replyText();
     void randomAndTruncated();
 };
 
@@ -115,24 +113,6 @@ void tst_HdsReply::rejected()
 {
     QFETCH(QByteArray, datagram);
     QVERIFY(!veltor::parseHdsReply(datagram));
-}
-
-void tst_HdsReply::replyText_data()
-{
-    QTest::addColumn<QByteArray>("datagram");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("whole") << QByteArray("HDS/1.0 200 OK\r\n") << "HDS/1.0 200 OK\r\n";
-    QTest::newRow("up to zero") << QByteArray("HDS\0tail", 8) << "HDS";
-    QTest::newRow("zero first") << QByteArray("\0tail", 5) << "";
-    QTest::newRow("utf8") << QByteArray("\xc3\xa4") << QString::fromUtf8("ä");
-}
-
-void tst_HdsReply::replyText()
-{
-    QFETCH(QByteArray, datagram);
-    QFETCH(QString, expected);
-    QCOMPARE(veltor::hdsReplyText(datagram), expected);
 }
 
 // Random bytes of every length up to 64 KiB never make a camera; every

@@ -6,6 +6,7 @@
 #include "discovery/searchmessages.h"
 #include "replybuilder.h"
 
+#include <QCheckBox>
 #include <QNetworkInterface>
 #include <QProgressBar>
 #include <QTableWidget>
@@ -39,6 +40,17 @@ QStringList ipColumn(const QTableWidget *table)
     for (const QStringList &row : tableRows(table))
         ips << row.at(1);
     return ips;
+}
+
+int countDatagrams(QUdpSocket *socket, const QByteArray &wanted)
+{
+    int count = 0;
+    while (socket->hasPendingDatagrams()) {
+        QByteArray datagram(int(socket->pendingDatagramSize()), Qt::Uninitialized);
+        socket->readDatagram(datagram.data(), datagram.size());
+        count += datagram == wanted;
+    }
+    return count;
 }
 
 // "W <ip> <12 MAC characters>" or "H <ip> <MAC text>"; anything else is sent raw
@@ -86,6 +98,7 @@ private slots:
     void rowCells_data();
     void rowCells();
     void nestedSearch();
+    void automaticSearchTimer();
 
 private:
     void send(const Reply &reply);
@@ -93,17 +106,16 @@ private:
 
     MainWindow *window = nullptr;
     QUdpSocket sender;
+    QString netnsProblem; // why the network cases cannot run, if they cannot
 };
 
 void tst_SearchWindow::initTestCase()
 {
-    const QByteArray reason = qgetenv("VELTOR_NETNS_UNAVAILABLE");
-    if (!reason.isEmpty())
-        QSKIP(reason.constData());
+    netnsProblem = QString::fromLocal8Bit(qgetenv("VELTOR_NETNS_UNAVAILABLE"));
     // Broadcasts and the group must stay on this machine.
     for (const QNetworkInterface &interface : QNetworkInterface::allInterfaces()) {
-        if (!interface.flags().testFlag(QNetworkInterface::IsLoopBack))
-            QSKIP("not in a private network namespace (run through in-private-netns.sh)");
+        if (netnsProblem.isEmpty() && !interface.flags().testFlag(QNetworkInterface::IsLoopBack))
+            netnsProblem = "not in a private network namespace (run through in-private-netns.sh)";
     }
 }
 
@@ -177,6 +189,8 @@ void tst_SearchWindow::listing_data()
 
 void tst_SearchWindow::listing()
 {
+    if (!netnsProblem.isEmpty())
+        QSKIP(qPrintable(netnsProblem));
     QFETCH(QStringList, replies);
     QFETCH(QStringList, expectedIps);
 
@@ -209,6 +223,8 @@ void tst_SearchWindow::rowCells_data()
 
 void tst_SearchWindow::rowCells()
 {
+    if (!netnsProblem.isEmpty())
+        QSKIP(qPrintable(netnsProblem));
     QFETCH(Reply, reply);
     QFETCH(QStringList, expected);
 
@@ -223,6 +239,8 @@ void tst_SearchWindow::rowCells()
 // all four tables alike, and both searches send their three rounds.
 void tst_SearchWindow::nestedSearch()
 {
+    if (!netnsProblem.isEmpty())
+        QSKIP(qPrintable(netnsProblem));
     QUdpSocket binaryProbe;
     QUdpSocket hdsProbe;
     const auto shared = QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint;
@@ -260,20 +278,29 @@ void tst_SearchWindow::nestedSearch()
     verifyTablesEqual();
     QCOMPARE(progress->value(), 0);
 
-    int binarySearches = 0;
-    while (binaryProbe.hasPendingDatagrams()) {
-        QByteArray datagram(int(binaryProbe.pendingDatagramSize()), Qt::Uninitialized);
-        binaryProbe.readDatagram(datagram.data(), datagram.size());
-        binarySearches += datagram == veltor::binarySearchDatagram();
-    }
-    int hdsSearches = 0;
-    while (hdsProbe.hasPendingDatagrams()) {
-        QByteArray datagram(int(hdsProbe.pendingDatagramSize()), Qt::Uninitialized);
-        hdsProbe.readDatagram(datagram.data(), datagram.size());
-        hdsSearches += datagram == veltor::hdsSearchRequest();
-    }
+    const int binarySearches = countDatagrams(&binaryProbe, veltor::binarySearchDatagram());
+    const int hdsSearches = countDatagrams(&hdsProbe, veltor::hdsSearchRequest());
     QCOMPARE(binarySearches, 6);
     QCOMPARE(hdsSearches, 6);
+}
+
+// Needs no network: the first automatic search is due one interval after the
+// check, and unchecking stops the timer.
+void tst_SearchWindow::automaticSearchTimer()
+{
+    auto *box = window->findChild<QCheckBox *>("automaticSearchBox");
+    QVERIFY(box);
+    box->setChecked(true);
+    // The newest timer of the window is the one the check created.
+    const auto timers = window->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+    QVERIFY(!timers.isEmpty());
+    QTimer *timer = timers.last();
+    QVERIFY(timer->isActive());
+    QVERIFY(!timer->isSingleShot());
+    QCOMPARE(timer->interval(), veltor::kAutoSearchIntervalMs);
+    QVERIFY(timer->remainingTime() > veltor::kAutoSearchIntervalMs - 1000);
+    box->setChecked(false);
+    QVERIFY(!timer->isActive());
 }
 
 QTEST_MAIN(tst_SearchWindow)

@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QNetworkInterface>
@@ -15,10 +16,17 @@
 BoxRecorder::BoxRecorder(QObject *parent) : QObject(parent), poll(new QTimer(this))
 {
     connect(poll, &QTimer::timeout, this, [this] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box || !box->isVisible() || box->property("recorded").toBool())
-            return;
-        box->setProperty("recorded", true);
+        QWidget *modal = QApplication::activeModalWidget();
+        if (modal && modal->isVisible() && !modal->property("answered").toBool())
+            answer(modal);
+    });
+    poll->start(10);
+}
+
+void BoxRecorder::answer(QWidget *modal)
+{
+    if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+        box->setProperty("answered", true);
         titles << box->windowTitle();
         texts << box->text();
         QAbstractButton *button = box->defaultButton();
@@ -26,8 +34,31 @@ BoxRecorder::BoxRecorder(QObject *parent) : QObject(parent), poll(new QTimer(thi
             button = box->buttons().first();
         if (button)
             button->click();
-    });
-    poll->start(10);
+        return;
+    }
+    auto *ok = modal->findChild<QPushButton *>(QStringLiteral("userok"));
+    if (ok && !ok->isEnabled())
+        return; // a check is running; its answer comes first
+    if (!modal->property("seen").toBool()) {
+        modal->setProperty("seen", true);
+        dialogTitles << modal->windowTitle();
+    }
+    if (dialogActions.isEmpty()) {
+        modal->setProperty("answered", true);
+        if (auto *dialog = qobject_cast<QDialog *>(modal))
+            dialog->reject();
+        return;
+    }
+    dialogActions.takeFirst()(modal);
+}
+
+std::function<void(QWidget *)> typeCredentials(const QString &user, const QString &password)
+{
+    return [user, password](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>(QStringLiteral("user"))->setText(user);
+        dialog->findChild<QLineEdit *>(QStringLiteral("pass"))->setText(password);
+        dialog->findChild<QPushButton *>(QStringLiteral("userok"))->click();
+    };
 }
 
 bool sendingIsHermetic(QString *why)

@@ -4,12 +4,15 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 class MainWindow;
 class QTimer;
 
 // Presses the default button of every message box that comes up and records
-// its title and text, however many follow one another.
+// its title and text, however many follow one another. Any other modal dialog
+// gets the next of `dialogActions` once its OK button is enabled (no check
+// running), or is rejected when none is left.
 class BoxRecorder : public QObject
 {
     Q_OBJECT
@@ -19,10 +22,17 @@ public:
 
     QStringList titles;
     QStringList texts;
+    QStringList dialogTitles;
+    QList<std::function<void(QWidget *)>> dialogActions;
 
 private:
+    void answer(QWidget *modal);
+
     QTimer *poll;
 };
+
+// A dialog action: types user and password into the credential dialog and presses OK.
+std::function<void(QWidget *)> typeCredentials(const QString &user, const QString &password);
 
 // True inside the private namespace of run-in-netns.sh, where broadcast and
 // multicast stay on this machine; only there may a test let the tool send.

@@ -41,6 +41,7 @@ private slots:
     void initTestCase() { veltor::initResources(); }
     void showsBuildVersion();
     void versionSurvivesTranslation();
+    void germanCatalogueHasVersionLine();
 };
 
 void tst_AboutVersion::showsBuildVersion()
@@ -59,6 +60,19 @@ void tst_AboutVersion::versionSurvivesTranslation()
     QCoreApplication::removeTranslator(&german);
 
     QVERIFY2(text.contains(QLatin1String("Fassung " VELTOR_VERSION "<")), qPrintable(text));
+}
+
+void tst_AboutVersion::germanCatalogueHasVersionLine()
+{
+    // A catalogue still keyed on an old "Version x.y" would leave the line English.
+    QTranslator german;
+    QVERIFY(german.load(QLatin1String(veltor::kGermanTranslation)));
+    QVERIFY(QCoreApplication::installTranslator(&german));
+    const QString text = versionLine();
+    QCoreApplication::removeTranslator(&german);
+
+    QVERIFY2(text.contains(QLatin1String("VELTOR Camera Tool, Version " VELTOR_VERSION "<")),
+             qPrintable(text));
 }
 
 QTEST_MAIN(tst_AboutVersion)

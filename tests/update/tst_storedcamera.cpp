@@ -1,4 +1,4 @@
-#include "update/storedcamera.h"
+#include "discovery/storedcamera.h"
 
 #include <QtTest>
 

@@ -1,6 +1,6 @@
-#include "update/storedcamera.h"
+#include "discovery/storedcamera.h"
 
-#include "update/uploadrequest.h"
+#include "discovery/protocolconstants.h"
 
 namespace veltor {
 
@@ -21,6 +21,7 @@ constexpr int kByteChars = 2;
 constexpr int kShortestCameraReply = 55;
 
 constexpr int kHdsMinLines = 8;
+constexpr int kWebUiKind = 1; // index of "WebUI" in the update kind box
 constexpr int kFirmwareLine = 17; // the 18th line
 constexpr int kWebUiLine = 18;
 
@@ -101,12 +102,12 @@ StoredCamera findStoredCamera(const QStringList &winbondReplies, const QStringLi
 
 QString versionForKind(const StoredCamera &camera, int kind)
 {
-    return kind == WebUiUpdate ? camera.webui : camera.firmware;
+    return kind == kWebUiKind ? camera.webui : camera.firmware;
 }
 
 QString versionByLineForKind(const StoredCamera &camera, int kind)
 {
-    return kind == WebUiUpdate ? camera.webuiByLine : camera.firmwareByLine;
+    return kind == kWebUiKind ? camera.webuiByLine : camera.firmwareByLine;
 }
 
 } // namespace veltor
