@@ -29,7 +29,9 @@ struct ReplyBehaviour
     int delayMs = 0;            // wait before the first copy
     int repeatIntervalMs = 10;  // between copies
     Malformed malformed = Malformed::None;
-    QString replyTo; // fixed destination address instead of the above (loopback demo)
+    // Replies never leave this host (demo without a private network): Winbond
+    // replies go to loopback's broadcast, Haisi replies to the group with TTL 0.
+    bool hostOnly = false;
 };
 
 // The card in the camera's SD slot. Only the status numbers live here; the SD

@@ -37,10 +37,11 @@ bool DiscoveryResponder::start(QString *error)
     QUdpSocket *hds = binary ? openShared(kHdsPort, error) : nullptr;
     if (!hds)
         return false;
-    if (!hds->joinMulticastGroup(QHostAddress(QLatin1String(kHdsGroup)))) {
-        *error = QStringLiteral("joining %1: %2").arg(QLatin1String(kHdsGroup), hds->errorString());
-        return false;
-    }
+    // Without a multicast route (no network at all) only the binary search is
+    // answered; that is worth a warning, not a refusal to start.
+    if (!hds->joinMulticastGroup(QHostAddress(QLatin1String(kHdsGroup))))
+        qWarning("veltor-camsim: cannot join %s (%s): Haisi cameras will not hear searches",
+                 kHdsGroup, qPrintable(hds->errorString()));
     return true;
 }
 

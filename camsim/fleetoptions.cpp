@@ -78,7 +78,10 @@ const QList<Option> &optionList()
         {"web-version", "Web interface version (four dotted numbers).", "VERSION"},
         {"name-prefix", "Prefix of the camera names.", "TEXT"},
         {"unicast", "Reply to the searcher's address and port instead of broadcast/group.", ""},
-        {"reply-to", "Send every reply to this address (search port kept).", "IP"},
+        {"host-only",
+         "Replies never leave this host: Winbond ones go to 127.255.255.255, "
+         "Haisi ones to the group with TTL 0.",
+         ""},
         {"repeat", "Copies of each reply.", "N"},
         {"delay", "Milliseconds before the first reply.", "MS"},
         {"spread", "Spread the cameras' replies evenly over this many milliseconds.", "MS"},
@@ -140,9 +143,11 @@ bool readAddresses(const QCommandLineParser &parser, FleetOptions *options, QStr
     {
         const char *name;
         QString *value;
-    } texts[] = {{"base-ip", &options->baseIp},       {"mask", &options->mask},
-                 {"gateway", &options->gateway},      {"dns", &options->dns},
-                 {"listen", &options->listenAddress}, {"reply-to", &options->behaviour.replyTo}};
+    } texts[] = {{"base-ip", &options->baseIp},
+                 {"mask", &options->mask},
+                 {"gateway", &options->gateway},
+                 {"dns", &options->dns},
+                 {"listen", &options->listenAddress}};
     for (const auto &text : texts) {
         const QString name = QLatin1String(text.name);
         if (!parser.isSet(name))
@@ -176,6 +181,7 @@ void readTexts(const QCommandLineParser &parser, FleetOptions *options)
     options->bindEachIp = parser.isSet(QStringLiteral("bind-each-ip"));
     options->dhcp = parser.isSet(QStringLiteral("dhcp"));
     options->behaviour.unicast = parser.isSet(QStringLiteral("unicast"));
+    options->behaviour.hostOnly = parser.isSet(QStringLiteral("host-only"));
     options->listAddresses = parser.isSet(QStringLiteral("list-addresses"));
 }
 

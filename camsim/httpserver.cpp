@@ -26,6 +26,16 @@ bool HttpServer::listen(const QHostAddress &address, quint16 port)
     return server->listen(address, port);
 }
 
+void HttpServer::close()
+{
+    server->close();
+}
+
+QHostAddress HttpServer::serverAddress() const
+{
+    return server->serverAddress();
+}
+
 quint16 HttpServer::serverPort() const
 {
     return server->serverPort();

@@ -27,6 +27,9 @@ public:
     explicit HttpServer(QObject *parent = nullptr);
 
     bool listen(const QHostAddress &address, quint16 port);
+    // Stops accepting, so that a camera given a new address or port can listen again.
+    void close();
+    QHostAddress serverAddress() const;
     quint16 serverPort() const;
     QString errorString() const;
 

@@ -48,16 +48,23 @@ bool SimCamera::startHttp(const QHostAddress &address, quint16 port, QString *er
 QUdpSocket *SimCamera::openSocket(quint16 port, bool ownAddress, QString *error)
 {
     auto *socket = new QUdpSocket(this);
-    // Our replies must not come back to our own responder through the group.
-    socket->setSocketOption(QAbstractSocket::MulticastLoopbackOption, 0);
-    if (ownAddress && !socket->bind(QHostAddress(config.ip), port,
-                                    QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)) {
+    const bool hostOnly = config.behaviour.hostOnly;
+    // A loopback source address cannot be sent to a group on another interface.
+    const bool own = ownAddress && !(hostOnly && port == kHdsPort);
+    const bool bound = own ? socket->bind(QHostAddress(config.ip), port,
+                                          QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)
+                           : socket->bind(QHostAddress(QHostAddress::AnyIPv4), 0);
+    if (!bound) {
         *error = QStringLiteral("camera %1: UDP on %2:%3: %4")
-                     .arg(config.name, config.ip)
-                     .arg(port)
+                     .arg(config.name, own ? config.ip : QStringLiteral("any address"))
+                     .arg(own ? port : 0)
                      .arg(socket->errorString());
         return nullptr;
     }
+    // Group replies normally must not loop back into our own responder; host
+    // only, they must loop back (to the tool) and go no further (TTL 0).
+    socket->setSocketOption(QAbstractSocket::MulticastLoopbackOption, hostOnly ? 1 : 0);
+    socket->setSocketOption(QAbstractSocket::MulticastTtlOption, hostOnly ? 0 : 1);
     // Unicast datagrams to the camera's own address land here.
     connect(socket, &QUdpSocket::readyRead, this, [this, socket, port] {
         while (socket->hasPendingDatagrams()) {
@@ -94,8 +101,10 @@ void SimCamera::answerSearch(Family protocol, const SimDatagram &search)
     const ReplyBehaviour &how = config.behaviour;
     QHostAddress to = groupOrBroadcast(protocol);
     quint16 port = searchPort(protocol);
-    if (!how.replyTo.isEmpty()) {
-        to = QHostAddress(how.replyTo);
+    if (how.hostOnly && protocol == Family::Winbond) {
+        // Loopback's broadcast reaches every socket on the port, the tool's
+        // dual-stack receiver too; a unicast would go to one socket only.
+        to = QHostAddress(QStringLiteral("127.255.255.255"));
     } else if (how.unicast) {
         to = search.sender;
         port = search.senderPort;

@@ -19,11 +19,11 @@
 #    does not work is opening a camera's web page by double click: the desktop's
 #    browser runs outside the private network.
 # 2. Otherwise (namespaces forbidden): cameras on the loopback addresses
-#    127.78.1.x, answering to 127.0.0.1 only. Searches are found, but the tool's
+#    127.78.1.x whose replies never leave this host (Winbond ones to loopback's
+#    broadcast 127.255.255.255, Haisi ones to the group with TTL 0). Searches are found, but the tool's
 #    search datagrams go out to the real network as they always do, and Winbond
 #    cameras cannot serve HTTP (their port must fit in one byte, and ports below
-#    1024 need root). Changing the search interface in the tool can hide the
-#    Haisi replies until restart.
+#    1024 need root).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -50,7 +50,7 @@ VELTOR_CAMSIM=$camsim tests/netns/with-cameras.sh "${fleet[@]}" -- "$tool" "$@" 
 echo "Demo: no private network possible here; simulated cameras on loopback instead."
 echo "      (Winbond cameras are listed but serve no web pages in this mode.)"
 "$camsim" "${fleet[@]}" --base-ip 127.78.1.1 --bind-each-ip --http-port 8080 \
-    --reply-to 127.0.0.1 &
+    --host-only &
 camsim_pid=$!
 trap 'kill $camsim_pid 2>/dev/null' EXIT
 sleep 1

@@ -24,6 +24,9 @@ void MainWindow::mycellClickedSdmanager(int row, int column)
     const veltor::StoredCamera camera = storedCamera(ip);
     if (camera.family == QLatin1String(veltor::kWinbondFamily)) {
         sdStatusMessage = tr("VGA-Cameras do not support SD cards");
+        // A card confirmed for the camera selected before is not this one's:
+        // Show Files must give the message, not open the other camera's card.
+        sdNeedsCheck = true;
         return;
     }
     showStoredCamera(camera);

@@ -21,7 +21,7 @@ constexpr qint64 kSdStatusMaxBytes = 64 * 1024;
 constexpr qint64 kSdListingMaxBytes = 8 * 1024 * 1024;
 constexpr qint64 kSdPictureMaxBytes = 32 * 1024 * 1024;
 // Bytes a file transfer may hold in memory before they are written.
-constexpr qint64 kSdFileBufferBytes = 1024 * 1024;
+constexpr qint64 kSdFileBufferBytes = 8 * 1024 * 1024;
 
 struct SdCamera
 {

@@ -4,14 +4,14 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QFile>
 #include <QNetworkReply>
-#include <QSaveFile>
 
 namespace veltor {
 
 namespace {
 
-constexpr qint64 kWriteChunkBytes = 256 * 1024;
+constexpr qint64 kWriteChunkBytes = 1024 * 1024;
 
 void waitForFinished(QNetworkReply *reply)
 {
@@ -40,8 +40,10 @@ QString transferProblem(QNetworkReply *reply, qint64 written)
 bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QString &path,
                     QString *error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    // "<name>.part", renamed when complete. Not QSaveFile: its commit syncs
+    // every file to disk, which made a folder of pictures several times slower.
+    QFile file(path + QLatin1String(".part"));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         *error = file.errorString();
         return false;
     }
@@ -65,14 +67,17 @@ bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QStri
     *error = writeError.isEmpty() ? transferProblem(reply, written) : writeError;
     reply->disconnect();
     reply->deleteLater();
-    // Without commit() the temporary file is removed and nothing takes the real name.
-    if (!error->isEmpty())
-        return false;
-    if (!file.commit()) {
+    if (error->isEmpty() && !file.flush())
         *error = file.errorString();
-        return false;
-    }
-    return true;
+    file.close();
+    if (error->isEmpty() && QFile::exists(path) && !QFile::remove(path))
+        *error =
+            QCoreApplication::translate("sdmanager", "an older file of that name is in the way");
+    if (error->isEmpty() && !file.rename(path))
+        *error = file.errorString();
+    if (!error->isEmpty())
+        file.remove();
+    return error->isEmpty();
 }
 
 QByteArray fetchBody(QNetworkAccessManager *manager, const QUrl &url, int timeoutMs,

@@ -12,7 +12,7 @@ namespace veltor {
 
 // Streams the body of `url` into the file `path` as it arrives, so that a
 // recording of any size costs only a bounded buffer. The file appears under
-// its real name only when the whole body arrived (a temporary file is
+// its real name only when the whole body arrived ("<name>.part" is
 // renamed); a refused, failed or cut transfer leaves nothing there and gives
 // false with a reason in `error`.
 bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QString &path,

@@ -13,7 +13,7 @@ namespace {
 struct Reply
 {
     QByteArray data;
-    quint16 port = 0;
+    quint16 port = 0; // the search port it came to, 0 when sent back to the searcher
 };
 
 QString winbondMac(const QByteArray &reply)
@@ -79,11 +79,11 @@ QList<Reply> TestCamsimNetwork::search(int waitMs)
     clock.start();
     while (clock.elapsed() < waitMs) {
         QTest::qWait(20);
-        for (QUdpSocket *socket : {&binary, &hds}) {
+        for (QUdpSocket *socket : {&binary, &hds, &sender}) {
             while (socket->hasPendingDatagrams()) {
                 QByteArray data(int(socket->pendingDatagramSize()), '\0');
                 socket->readDatagram(data.data(), data.size());
-                got.append({data, socket->localPort()});
+                got.append({data, socket == &sender ? quint16(0) : socket->localPort()});
             }
         }
     }
@@ -104,7 +104,10 @@ void TestCamsimNetwork::everyCameraAnswersItsSearch()
     const camsimfleet::Camera &camera = fleet.at(index);
     int winbond = 0;
     int haisi = 0;
+    int toSearcher = 0;
     for (const Reply &reply : qAsConst(replies)) {
+        if (reply.port == 0 && hdsValue(reply.data, "MAC") == camera.mac)
+            ++toSearcher;
         if (reply.port == veltor::kBinarySearchPort && reply.data.size() == 88 &&
             winbondMac(reply.data) == camera.mac) {
             ++winbond;
@@ -120,8 +123,11 @@ void TestCamsimNetwork::everyCameraAnswersItsSearch()
     }
     const bool isWinbond = camera.family == QLatin1String("Winbond");
     const int copies = camera.name.endsWith("W003") ? 3 : 1; // --camera 2:repeat=3
+    const bool unicast = camera.name.endsWith("H003");       // --camera 5:unicast=1
     QCOMPARE(winbond, isWinbond || camera.bothProtocols ? copies : 0);
-    QCOMPARE(haisi, (!isWinbond && !camera.malformed) || camera.bothProtocols ? 1 : 0);
+    QCOMPARE(haisi,
+             ((!isWinbond && !camera.malformed) || camera.bothProtocols) && !unicast ? 1 : 0);
+    QCOMPARE(toSearcher, unicast ? 1 : 0);
 }
 
 void TestCamsimNetwork::webServerOnEveryAddress()

@@ -66,10 +66,13 @@ void IpConfClickTest::answer(const QByteArray &winbond, const QByteArray &hds)
 {
     auto *table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"));
     const int before = table->rowCount();
-    camera->writeDatagram(QByteArray(27, '\1'), kLoopback, 10000);
+    // Binary datagrams not to 127.0.0.1: the search sender is bound there on port
+    // 10000 and, being bound more specifically, would take them from the receiver.
+    const QHostAddress binaryTarget(QStringLiteral("127.0.0.2"));
+    camera->writeDatagram(QByteArray(27, '\1'), binaryTarget, 10000);
     camera->writeDatagram("SEARCH * HDS/1.0\r\n\r\n", kLoopback, 8002);
     if (!winbond.isEmpty())
-        camera->writeDatagram(winbond, kLoopback, 10000);
+        camera->writeDatagram(winbond, binaryTarget, 10000);
     if (!hds.isEmpty())
         camera->writeDatagram(hds, kLoopback, 8002);
     const int expected = before + (winbond.isEmpty() ? 0 : 1) + (hds.isEmpty() ? 0 : 1);

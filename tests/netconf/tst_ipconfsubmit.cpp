@@ -4,6 +4,7 @@
 #include "netconf/configparse.h"
 
 #include <QPushButton>
+#include <QTableWidget>
 #include <QUdpSocket>
 #include <QtTest>
 
@@ -207,6 +208,11 @@ void IpConfSubmitTest::winbondDatagram()
     QCOMPARE(config->password, QStringLiteral("p&#w"));
     QCOMPARE(config->settings.ip, kStatic.at(0));
     QCOMPARE(datagrams.first().mid(82).toHex(), QByteArray("1f90"));
+    // The window hears its own broadcast too: it must not become a camera row,
+    // whose name and address would be made of the user name and password.
+    QTest::qWait(100);
+    QCOMPARE(window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"))->rowCount(),
+             1);
 }
 
 void IpConfSubmitTest::confirmation_data()

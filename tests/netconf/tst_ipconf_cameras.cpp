@@ -1,0 +1,180 @@
+// A user unlocking simulated cameras of both families, changing their network
+// settings and finding them again with the next search. Run under
+// tests/netns/with-cameras.sh (fleet in CMakeLists.txt).
+#include "app/mainwindow.h"
+#include "camsimfleet.h"
+#include "ipconfharness.h"
+
+#include <QComboBox>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QtTest>
+
+namespace {
+
+// The fleet's password: characters a query string must carry intact.
+const QString kPassword = QStringLiteral("p&#w+%1");
+
+} // namespace
+
+class IpConfCamerasTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void changeSettings_data();
+    void changeSettings();
+    void silentCameraUnlocksAfterTimeout();
+
+private:
+    void search();
+    int rowOf(const QString &ip) const;
+    QString cell(int row, int column) const;
+    bool enabled(const char *name) const;
+
+    QVector<camsimfleet::Camera> fleet;
+    MainWindow *window = nullptr;
+    BoxRecorder *modals = nullptr;
+    QTableWidget *table = nullptr;
+};
+
+void IpConfCamerasTest::initTestCase()
+{
+    CAMSIM_FLEET_OR_SKIP(fleet);
+    QCOMPARE(fleet.size(), 3);
+    QCOMPARE(fleet.first().password, kPassword);
+    qputenv("VELTOR_REBOOT_STEP_MS", "1");
+}
+
+void IpConfCamerasTest::init()
+{
+    window = new MainWindow;
+    modals = new BoxRecorder(window);
+    table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"));
+    const QString tool = qEnvironmentVariable("VELTOR_TOOL_IP");
+    window->findChild<QComboBox *>(QStringLiteral("wifiComboBox"))->setCurrentText(tool);
+    QCOMPARE(window->getNetwork(), tool);
+}
+
+void IpConfCamerasTest::cleanup()
+{
+    delete window;
+    window = nullptr;
+}
+
+void IpConfCamerasTest::search()
+{
+    window->findChild<QPushButton *>(QStringLiteral("searchButton"))->click();
+    QTRY_COMPARE_WITH_TIMEOUT(table->rowCount(), fleet.size(), 10000);
+}
+
+int IpConfCamerasTest::rowOf(const QString &ip) const
+{
+    for (int row = 0; row < table->rowCount(); ++row) {
+        if (cell(row, 1) == ip)
+            return row;
+    }
+    return -1;
+}
+
+QString IpConfCamerasTest::cell(int row, int column) const
+{
+    const QTableWidgetItem *item = table->item(row, column);
+    return item ? item->text() : QString();
+}
+
+bool IpConfCamerasTest::enabled(const char *name) const
+{
+    return window->findChild<QWidget *>(QLatin1String(name))->isEnabled();
+}
+
+void IpConfCamerasTest::changeSettings_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QStringList>("typed"); // ip, mask, gateway, dns
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QString>("listedGateway");
+    QTest::addColumn<QStringList>("boxes");
+
+    const QString done = QStringLiteral("IP Configure");
+    // A Winbond reply carries the port in one byte: 81 survives the search.
+    QTest::newRow("winbond") << 0
+                             << QStringList{"10.78.0.21", "255.255.0.0", "10.78.0.1", "10.78.0.53"}
+                             << "81"
+                             << "10.78.0.1" << QStringList{done};
+    // The gateway outside the new /24 is moved into it.
+    QTest::newRow("haisi") << 1
+                           << QStringList{"10.78.0.22", "255.255.0.0", "10.78.9.1", "10.78.0.54"}
+                           << "8081"
+                           << "10.78.0.1" << QStringList{"Camera rebooting", done};
+}
+
+void IpConfCamerasTest::changeSettings()
+{
+    QFETCH(int, index);
+    QFETCH(QStringList, typed);
+    QFETCH(QString, port);
+    QFETCH(QString, listedGateway);
+    QFETCH(QStringList, boxes);
+    const camsimfleet::Camera camera = fleet.at(index);
+    search();
+    const int row = rowOf(camera.ip);
+    QVERIFY(row >= 0);
+
+    // A wrong password keeps the dialog; the right one unlocks all three tabs.
+    modals->dialogActions << typeCredentials(camera.user, QStringLiteral("wrong"))
+                          << typeCredentials(camera.user, camera.password);
+    QMetaObject::invokeMethod(window, "mycellClickedIpConf", Q_ARG(int, row), Q_ARG(int, 1));
+    QCOMPARE(modals->dialogTitles, QStringList{"Authentication required"});
+    QCOMPARE(modals->texts, QStringList{"Your username or password is not correct!"});
+    for (const char *name : {"dhcpsubmit", "httpport", "updateSubmit", "viewFilesBtn"})
+        QVERIFY2(enabled(name), name);
+
+    modals->titles.clear();
+    modals->texts.clear();
+    fillForm(window, false, port, typed);
+    window->findChild<QPushButton *>(QStringLiteral("dhcpsubmit"))->click();
+    QTRY_COMPARE_WITH_TIMEOUT(modals->titles, boxes, 15000);
+    QCOMPARE(modals->texts.last(), QStringLiteral("IP Config Successful! Please search again!"));
+    // Our own configuration broadcast comes back to us; it must not list a camera.
+    QCOMPARE(table->rowCount(), fleet.size());
+
+    QTest::qWait(1000); // the camera's restart (VELTOR_CAMSIM_APPLY_DELAY_MS)
+    search();
+    const int moved = rowOf(typed.at(0));
+    QVERIFY2(moved >= 0, "the camera is not listed under its new address");
+    QCOMPARE(cell(moved, 3), camera.mac);
+    QCOMPARE(cell(moved, 2), port);
+    QCOMPARE(cell(moved, 4), QStringLiteral("off"));
+    QCOMPARE(cell(moved, 5), typed.at(1));
+    QCOMPARE(cell(moved, 6), listedGateway);
+    QCOMPARE(cell(moved, 7), typed.at(3));
+    QCOMPARE(rowOf(camera.ip), -1);
+
+    // Its web server moved with it.
+    camsimfleet::Camera there = camera;
+    there.ip = typed.at(0);
+    there.httpPort = port.toInt();
+    QCOMPARE(camsimfleet::fetchJson(there, QStringLiteral("/camsim/status"))
+                 .value(QStringLiteral("ip"))
+                 .toString(),
+             typed.at(0));
+}
+
+void IpConfCamerasTest::silentCameraUnlocksAfterTimeout()
+{
+    const camsimfleet::Camera camera = fleet.at(2);
+    search();
+    modals->dialogActions << typeCredentials(camera.user, camera.password);
+    QMetaObject::invokeMethod(window, "mycellClickedIpConf", Q_ARG(int, rowOf(camera.ip)),
+                              Q_ARG(int, 1));
+    QCOMPARE(modals->titles, QStringList{"Authentication"});
+    QCOMPARE(modals->texts, QStringList{"Timeout, username and password could not be checked"});
+    QVERIFY(enabled("dhcpsubmit"));
+}
+
+QTEST_MAIN(IpConfCamerasTest)
+#include "tst_ipconf_cameras.moc"
