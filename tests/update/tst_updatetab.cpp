@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QtTest>
 
 // The Update tab's own decisions: when to ask for credentials, what unlocking
@@ -120,11 +119,6 @@ void tst_UpdateTab::fileFilter()
     child<QComboBox>("selectBox")->setCurrentIndex(kind);
     QStringList filters;
     QString caption;
-    QTemporaryDir dir;
-    const QString chosen = dir.filePath(QStringLiteral("chosen.bin"));
-    QFile file(chosen);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
     testsupport::answerNextModal(
         [&](QWidget *modal) {
             auto *dialog = qobject_cast<QFileDialog *>(modal);
@@ -132,14 +126,13 @@ void tst_UpdateTab::fileFilter()
                 return modal->close(), void();
             filters = dialog->nameFilters();
             caption = dialog->windowTitle();
-            dialog->selectFile(chosen);
-            QMetaObject::invokeMethod(dialog, "accept");
+            dialog->reject();
         },
         kSlowDialogMs);
     QMetaObject::invokeMethod(window, "on_fileChoose_clicked");
     QCOMPARE(caption, QStringLiteral("Open File"));
     QTEST(filters.join(QLatin1Char(';')), "filter");
-    QCOMPARE(child<QLineEdit>("fileEdit")->text(), chosen);
+    QVERIFY(child<QLineEdit>("fileEdit")->text().isEmpty());
 }
 
 void tst_UpdateTab::cancelledBrowseLeavesPathEmpty()
