@@ -39,6 +39,7 @@ private:
     bool waitForUploads(int count, int timeoutMs = 30000);
 
     QTemporaryDir dir;
+    QString password;
     MainWindow *window = nullptr;
     UploadSink *sink = nullptr;
 };
@@ -47,6 +48,7 @@ void tst_UploadStream::init()
 {
     QVERIFY(dir.isValid());
     window = new MainWindow;
+    password = QStringLiteral("p&w");
     sink = new UploadSink;
     QVERIFY2(sink->listen(), "no loopback port for the camera stand-in");
 }
@@ -76,10 +78,9 @@ QString tst_UploadStream::writeFile(const QString &name, qint64 size)
 void tst_UploadStream::unlock(const QString &family, quint16 port)
 {
     window->findChild<QLabel *>(QStringLiteral("iplabel"))->setText(QStringLiteral("127.0.0.1"));
-    QMetaObject::invokeMethod(
-        window, "receiveCamUpdate",
-        Q_ARG(QStringList, QStringList({QStringLiteral("ad min"), QStringLiteral("p&w"),
-                                        QString::number(port), family})));
+    QMetaObject::invokeMethod(window, "receiveCamUpdate",
+                              Q_ARG(QStringList, QStringList({QStringLiteral("ad min"), password,
+                                                              QString::number(port), family})));
 }
 
 void tst_UploadStream::submit(const QString &path, int kind, testsupport::SeenBox *box)
@@ -106,7 +107,7 @@ QByteArray tst_UploadStream::expectedUpload(const QString &family, int kind, con
     t.ip = QStringLiteral("127.0.0.1");
     t.port = QString::number(port);
     t.user = QStringLiteral("ad min");
-    t.password = QStringLiteral("p&w");
+    t.password = password;
     t.fileName = QFileInfo(path).fileName();
     t.fileSize = file.size();
     const veltor::UploadRequest request = veltor::buildUploadRequest(t);
@@ -132,11 +133,19 @@ void tst_UploadStream::bytesOnTheWire_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("name");
     QTest::addColumn<qint64>("size");
-    QTest::newRow("winbond firmware, empty file") << "Winbond" << 0 << "empty.bin" << qint64(0);
-    QTest::newRow("winbond webui, one piece") << "Winbond" << 1 << "ui.bin" << qint64(4096);
-    QTest::newRow("winbond, odd tail") << "Winbond" << 0 << "fw.bin" << qint64(3 * 4096 + 17);
-    QTest::newRow("haisi, blank in name") << "Haisi" << 0 << "a b.pkg" << qint64(100);
-    QTest::newRow("haisi, 3 MiB") << "Haisi" << 1 << "big.pkg" << qint64(3 << 20);
+    QTest::addColumn<QString>("password");
+    const QString usual = QStringLiteral("p&w");
+    QTest::newRow("winbond firmware, empty file")
+        << "Winbond" << 0 << "empty.bin" << qint64(0) << usual;
+    QTest::newRow("winbond webui, one piece")
+        << "Winbond" << 1 << "ui.bin" << qint64(4096) << usual;
+    QTest::newRow("winbond, odd tail")
+        << "Winbond" << 0 << "fw.bin" << qint64(3 * 4096 + 17) << usual;
+    QTest::newRow("haisi, blank in name") << "Haisi" << 0 << "a b.pkg" << qint64(100) << usual;
+    QTest::newRow("haisi, 3 MiB") << "Haisi" << 1 << "big.pkg" << qint64(3 << 20) << usual;
+    // A head longer than one piece must still see the whole file before the trailer.
+    QTest::newRow("haisi, head longer than a piece")
+        << "Haisi" << 0 << "long.pkg" << qint64(8000) << QString(8000, QLatin1Char('x'));
 }
 
 void tst_UploadStream::bytesOnTheWire()
@@ -145,6 +154,8 @@ void tst_UploadStream::bytesOnTheWire()
     QFETCH(int, kind);
     QFETCH(QString, name);
     QFETCH(qint64, size);
+    QFETCH(QString, password);
+    this->password = password;
     const QString path = writeFile(name, size);
     QVERIFY(!path.isEmpty());
     unlock(family, sink->port());
