@@ -139,9 +139,9 @@ void MainWindow::sendHaisiConfig(const QString &mac, const veltor::CameraLogin &
     const QString deviceId = deviceIds.value(mac);
     const QHostAddress group(QLatin1String(veltor::kHdsGroup));
     const auto send = [&](const QByteArray &body) {
-        multicastSender->writeDatagram(veltor::hdsCmdRequest(getSeqNum(), login.user,
-                                                             login.password, deviceId, body),
-                                       group, veltor::kHdsPort);
+        multicastSender->writeDatagram(
+            veltor::hdsCmdRequest(getSeqNum(), login.user, login.password, deviceId, body), group,
+            veltor::kHdsPort);
     };
     send(veltor::netconfBody(settings, mac));
     if (!settings.port.isEmpty())
@@ -159,8 +159,8 @@ void MainWindow::confirmConfiguration(const QString &ip, const veltor::CameraLog
         return;
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkRequest request(veltor::credentialCheckUrl(ip, login.port, login.family,
-                                                       login.user, login.password));
+    QNetworkRequest request(
+        veltor::credentialCheckUrl(ip, login.port, login.family, login.user, login.password));
     request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
     QNetworkReply *reply = configManager->get(request);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { ipConf(reply); });
@@ -181,9 +181,9 @@ void MainWindow::ipConf(QNetworkReply *reply)
     }
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkReply *reboot = configManager->get(QNetworkRequest(
-        veltor::cameraUrl(ip, login.port, QStringLiteral("/reboot.cgi?user="),
-                          login.user, QStringLiteral("&pwd="), login.password)));
+    QNetworkReply *reboot = configManager->get(
+        QNetworkRequest(veltor::cameraUrl(ip, login.port, QStringLiteral("/reboot.cgi?user="),
+                                          login.user, QStringLiteral("&pwd="), login.password)));
     connect(reboot, &QNetworkReply::finished, reboot, &QObject::deleteLater);
     QMessageBox::information(this, tr("Camera rebooting"),
                              tr("The camera is rebooting now, please wait for a moment!"));

@@ -12,7 +12,7 @@
 #    namespaces are allowed, as on a stock Debian 12): the tool runs in a
 #    network namespace of its own and the cameras in a second one behind a
 #    virtual cable (tests/netns/with-cameras.sh). Searches then never reach the
-#    real LAN and every camera has its own address (10.78.1.x), so everything
+#    real LAN and every camera has its own address (10.78.0.11 on), so everything
 #    works as with real cameras: search, credential check, configuration,
 #    upload, SD card. The window still shows on the desktop: X11's and
 #    Wayland's sockets are files, which any network namespace can reach. What
@@ -44,7 +44,9 @@ camsim=build/camsim/veltor-camsim
 fleet=(--winbond 3 --haisi 3 --name-prefix "Demo-")
 echo "Demo: 6 simulated cameras on a private network; press Search."
 status=0
-VELTOR_CAMSIM=$camsim tests/netns/with-cameras.sh "${fleet[@]}" -- "$tool" "$@" || status=$?
+# On the tool's /24 (the tool is 10.78.0.1), so credential checks really run.
+VELTOR_CAMSIM=$camsim tests/netns/with-cameras.sh "${fleet[@]}" --base-ip 10.78.0.11 \
+    -- "$tool" "$@" || status=$?
 ((status == 77)) || exit $status
 
 echo "Demo: no private network possible here; simulated cameras on loopback instead."
