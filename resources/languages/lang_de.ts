@@ -191,6 +191,138 @@
         <source>VELTOR Camera Tool</source>
         <translation>VELTOR Camera Tool</translation>
     </message>
+    <message>
+        <source>Authentication required</source>
+        <translation>Anmeldung erforderlich</translation>
+    </message>
+    <message>
+        <source>Unnamed</source>
+        <translation>Unbenannt</translation>
+    </message>
+    <message>
+        <source>Port invalid</source>
+        <translation>Ungültiger Port</translation>
+    </message>
+    <message>
+        <source>Port needs to be a value in range of 0-65535</source>
+        <translation>Der Port muss zwischen 0 und 65535 liegen</translation>
+    </message>
+    <message>
+        <source>Ip-address has a wrong format</source>
+        <translation>Die IP-Adresse hat ein falsches Format</translation>
+    </message>
+    <message>
+        <source>Subnet has a wrong format</source>
+        <translation>Die Subnetzmaske hat ein falsches Format</translation>
+    </message>
+    <message>
+        <source>Gateway has a wrong format</source>
+        <translation>Das Gateway hat ein falsches Format</translation>
+    </message>
+    <message>
+        <source>DNS has a wrong format</source>
+        <translation>Der DNS-Server hat ein falsches Format</translation>
+    </message>
+    <message>
+        <source>Ip-address has invalid values</source>
+        <translation>Die IP-Adresse enthält ungültige Werte</translation>
+    </message>
+    <message>
+        <source>Subnet-address has invalid values</source>
+        <translation>Die Subnetzmaske enthält ungültige Werte</translation>
+    </message>
+    <message>
+        <source>Gateway-address has invalid values</source>
+        <translation>Die Gateway-Adresse enthält ungültige Werte</translation>
+    </message>
+    <message>
+        <source>DNS-address has invalid values</source>
+        <translation>Die DNS-Adresse enthält ungültige Werte</translation>
+    </message>
+    <message>
+        <source>The MAC address of this camera has a wrong format</source>
+        <translation>Die MAC-Adresse dieser Kamera hat ein falsches Format</translation>
+    </message>
+    <message>
+        <source>The username is too long for this camera (at most 12 bytes)</source>
+        <translation>Der Benutzername ist für diese Kamera zu lang (höchstens 12 Byte)</translation>
+    </message>
+    <message>
+        <source>The password is too long for this camera (at most 12 bytes)</source>
+        <translation>Das Passwort ist für diese Kamera zu lang (höchstens 12 Byte)</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Your request has failed, retry please!</source>
+        <translation>Ihre Anfrage ist fehlgeschlagen, bitte versuchen Sie es erneut!</translation>
+    </message>
+    <message>
+        <source>Camera rebooting</source>
+        <translation>Kamera startet neu</translation>
+    </message>
+    <message>
+        <source>The camera is rebooting now, please wait for a moment!</source>
+        <translation>Die Kamera startet jetzt neu, bitte warten Sie einen Moment!</translation>
+    </message>
+    <message>
+        <source>IP Configure</source>
+        <translation>IP-Konfiguration</translation>
+    </message>
+    <message>
+        <source>IP Config Successful! Please search again!</source>
+        <translation>IP-Konfiguration erfolgreich! Bitte suchen Sie erneut!</translation>
+    </message>
+    <message>
+        <source>Firmware Files(*.bin)</source>
+        <translation>Firmware-Dateien(*.bin)</translation>
+    </message>
+    <message>
+        <source>Firmware Files(*.pkg)</source>
+        <translation>Firmware-Dateien(*.pkg)</translation>
+    </message>
+    <message>
+        <source>Open File</source>
+        <translation>Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Please choose a file!</source>
+        <translation>Bitte wählen Sie eine Datei aus!</translation>
+    </message>
+    <message>
+        <source>An error occured while trying to open the file!</source>
+        <translation>Beim Öffnen der Datei ist ein Fehler aufgetreten!</translation>
+    </message>
+    <message>
+        <source>Camera rebooting!</source>
+        <translation>Kamera startet neu!</translation>
+    </message>
+    <message>
+        <source>The camera is rebooting now! Please wait a few minutes and search again!</source>
+        <translation>Die Kamera startet jetzt neu! Bitte warten Sie einige Minuten und suchen Sie dann erneut!</translation>
+    </message>
+    <message>
+        <source>VGA-Cameras do not support SD cards</source>
+        <translation>VGA-Kameras unterstützen keine SD-Karten</translation>
+    </message>
+    <message>
+        <source>Could not retrieve SD card information</source>
+        <translation>SD-Karten-Informationen konnten nicht abgerufen werden</translation>
+    </message>
+    <message>
+        <source>No SD card detected</source>
+        <translation>Keine SD-Karte erkannt</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Meldung</translation>
+    </message>
+    <message>
+        <source>SD Card Information</source>
+        <translation>SD-Karten-Informationen</translation>
+    </message>
 </context>
 <context>
     <name>aboutDialog</name>
@@ -220,6 +352,226 @@
     <message>
         <source>Dialog</source>
         <translation>Dialog</translation>
+    </message>
+</context>
+<context>
+    <name>sdmanager</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>TextLabel</source>
+        <translation>TextLabel</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>Alle auswählen</translation>
+    </message>
+    <message>
+        <source>Deselect All</source>
+        <translation>Auswahl aufheben</translation>
+    </message>
+    <message>
+        <source>Format SD Card</source>
+        <translation>SD-Karte formatieren</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Modified Date</source>
+        <translation>Änderungsdatum</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Open Directory</source>
+        <translation>Verzeichnis öffnen</translation>
+    </message>
+    <message>
+        <source>Request error</source>
+        <translation>Anfragefehler</translation>
+    </message>
+    <message>
+        <source>Could not retrieve SD card information</source>
+        <translation>SD-Karten-Informationen konnten nicht abgerufen werden</translation>
+    </message>
+    <message>
+        <source>File Name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Modified Time</source>
+        <translation>Änderungszeit</translation>
+    </message>
+    <message>
+        <source>state</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Unexpected Error: Wrong parameters occured in sdmanager f: mycellfileClicked</source>
+        <translation>Unerwarteter Fehler: Falsche Parameter in sdmanager f: mycellfileClicked</translation>
+    </message>
+    <message>
+        <source>Do you want to download these files?</source>
+        <translation>Möchten Sie diese Dateien herunterladen?</translation>
+    </message>
+    <message>
+        <source>Please choose </source>
+        <translation>Bitte wählen Sie ein Verzeichnis </translation>
+    </message>
+    <message>
+        <source>New directory</source>
+        <translation>Neues Verzeichnis</translation>
+    </message>
+    <message>
+        <source>This directory already exists</source>
+        <translation>Dieses Verzeichnis existiert bereits</translation>
+    </message>
+    <message>
+        <source>Failed to create a new directory</source>
+        <translation>Das neue Verzeichnis konnte nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Unexpected error: Wrong parameters in sdmanager: procedure</source>
+        <translation>Unerwarteter Fehler: Falsche Parameter in sdmanager: procedure</translation>
+    </message>
+    <message>
+        <source>Please wait! Downloading...</source>
+        <translation>Bitte warten! Wird heruntergeladen...</translation>
+    </message>
+    <message>
+        <source>Download successful!</source>
+        <translation>Herunterladen erfolgreich!</translation>
+    </message>
+    <message>
+        <source>%1 (the folder could not be created)</source>
+        <translation>%1 (der Ordner konnte nicht angelegt werden)</translation>
+    </message>
+    <message>
+        <source>Download Successful!</source>
+        <translation>Herunterladen erfolgreich!</translation>
+    </message>
+    <message>
+        <source>%1 (the listing failed: %2)</source>
+        <translation>%1 (die Auflistung schlug fehl: %2)</translation>
+    </message>
+    <message>
+        <source>Download error! Try again!</source>
+        <translation>Fehler beim Herunterladen! Bitte erneut versuchen!</translation>
+    </message>
+    <message>
+        <source>Download error!Try again!</source>
+        <translation>Fehler beim Herunterladen!Bitte erneut versuchen!</translation>
+    </message>
+    <message>
+        <source>%1 (not a valid file name)</source>
+        <translation>%1 (kein gültiger Dateiname)</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>... and %1 more</source>
+        <translation>... und %1 weitere</translation>
+    </message>
+    <message>
+        <source>These files or folders were not downloaded:
+%1</source>
+        <translation>Diese Dateien oder Ordner wurden nicht heruntergeladen:
+%1</translation>
+    </message>
+    <message>
+        <source>Unexpected Error: Wrong parameters in sdmanager:on_selectallBtn_clicked</source>
+        <translation>Unerwarteter Fehler: Falsche Parameter in sdmanager:on_selectallBtn_clicked</translation>
+    </message>
+    <message>
+        <source>Unexpected Error: Wrong parameters in sdmanager:on_delectallBtn_clicked</source>
+        <translation>Unerwarteter Fehler: Falsche Parameter in sdmanager:on_delectallBtn_clicked</translation>
+    </message>
+    <message>
+        <source>SD Format</source>
+        <translation>SD-Formatierung</translation>
+    </message>
+    <message>
+        <source>All files will be lost, are you sure?</source>
+        <translation>Alle Dateien gehen verloren. Sind Sie sicher?</translation>
+    </message>
+    <message>
+        <source>Unexpected error occured</source>
+        <translation>Unerwarteter Fehler aufgetreten</translation>
+    </message>
+    <message>
+        <source>Success!</source>
+        <translation>Erfolgreich!</translation>
+    </message>
+    <message>
+        <source>the transfer ended after %1 of %2 bytes</source>
+        <translation>die Übertragung endete nach %1 von %2 Byte</translation>
+    </message>
+    <message>
+        <source>an older file of that name is in the way</source>
+        <translation>eine ältere Datei dieses Namens ist im Weg</translation>
+    </message>
+</context>
+<context>
+    <name>userCheckDialog</name>
+    <message>
+        <source>Dialog</source>
+        <translation>Dialog</translation>
+    </message>
+    <message>
+        <source>Authentication required:</source>
+        <translation>Anmeldung erforderlich:</translation>
+    </message>
+    <message>
+        <source>username:</source>
+        <translation>Benutzername:</translation>
+    </message>
+    <message>
+        <source>password:</source>
+        <translation>Passwort:</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Authentication</source>
+        <translation>Anmeldung</translation>
+    </message>
+    <message>
+        <source>Username and password can not be checked, changes might be invalid</source>
+        <translation>Benutzername und Passwort können nicht geprüft werden, Änderungen sind möglicherweise ungültig</translation>
+    </message>
+    <message>
+        <source>Timeout, username and password could not be checked</source>
+        <translation>Zeitüberschreitung, Benutzername und Passwort konnten nicht geprüft werden</translation>
+    </message>
+    <message>
+        <source>Authentification</source>
+        <translation>Authentifizierung</translation>
+    </message>
+    <message>
+        <source>Your username or password is not correct!</source>
+        <translation>Ihr Benutzername oder Passwort ist nicht korrekt!</translation>
     </message>
 </context>
 </TS>
