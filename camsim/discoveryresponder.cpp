@@ -19,14 +19,7 @@ QUdpSocket *DiscoveryResponder::openShared(quint16 port, QString *error)
         return nullptr;
     }
     connect(socket, &QUdpSocket::readyRead, this, [this, socket, port] {
-        while (socket->hasPendingDatagrams()) {
-            SimDatagram datagram;
-            datagram.data.resize(int(socket->pendingDatagramSize()));
-            socket->readDatagram(datagram.data.data(), datagram.data.size(), &datagram.sender,
-                                 &datagram.senderPort);
-            datagram.localPort = port;
-            dispatch(datagram);
-        }
+        drainDatagrams(socket, port, [this](const SimDatagram &d) { dispatch(d); });
     });
     return socket;
 }

@@ -90,22 +90,22 @@ const QList<Option> &optionList()
          "Per-camera settings, INDEX:key=value[,key=value...]; keys: name mac ip mask "
          "gateway dns port dhcp firmware web deviceid user password unicast repeat "
          "delay malformed both sd.",
-         "SPEC"},
+         "INDEX:KEY=VALUE"},
         {"status-file", "Write the fleet as JSON to this file once every camera listens.", "FILE"},
         {"list-addresses", "Print the cameras' addresses, one a line, and exit.", ""},
     };
     return list;
 }
 
-bool parseCameraSpec(const QString &spec, FleetOptions *options, QString *error)
+bool parseCameraOverride(const QString &text, FleetOptions *options, QString *error)
 {
-    const int colon = spec.indexOf(QLatin1Char(':'));
+    const int colon = text.indexOf(QLatin1Char(':'));
     int index = -1;
-    if (colon < 1 || !toCount(spec.left(colon), kMaxCameras, &index)) {
-        *error = QStringLiteral("--camera wants INDEX:key=value, not \"%1\"").arg(spec);
+    if (colon < 1 || !toCount(text.left(colon), kMaxCameras, &index)) {
+        *error = QStringLiteral("--camera wants INDEX:key=value, not \"%1\"").arg(text);
         return false;
     }
-    options->overrides[index] += spec.mid(colon + 1).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    options->overrides[index] += text.mid(colon + 1).split(QLatin1Char(','), Qt::SkipEmptyParts);
     return true;
 }
 
@@ -215,8 +215,8 @@ bool parseFleetOptions(const QStringList &arguments, FleetOptions *options, QStr
         *error = QStringLiteral("--malformed wants none, truncated, random or status");
         return false;
     }
-    for (const QString &spec : parser.values(QStringLiteral("camera"))) {
-        if (!parseCameraSpec(spec, options, error))
+    for (const QString &text : parser.values(QStringLiteral("camera"))) {
+        if (!parseCameraOverride(text, options, error))
             return false;
     }
     return true;

@@ -10,6 +10,19 @@
 
 namespace veltor::camsim {
 
+void drainDatagrams(QUdpSocket *socket, quint16 localPort,
+                    const std::function<void(const SimDatagram &)> &take)
+{
+    while (socket->hasPendingDatagrams()) {
+        SimDatagram datagram;
+        datagram.data.resize(int(socket->pendingDatagramSize()));
+        socket->readDatagram(datagram.data.data(), datagram.data.size(), &datagram.sender,
+                             &datagram.senderPort);
+        datagram.localPort = localPort;
+        take(datagram);
+    }
+}
+
 namespace {
 
 constexpr int kMaxLogEntries = 500;
@@ -67,14 +80,7 @@ QUdpSocket *SimCamera::openSocket(quint16 port, bool ownAddress, QString *error)
     socket->setSocketOption(QAbstractSocket::MulticastTtlOption, hostOnly ? 0 : 1);
     // Unicast datagrams to the camera's own address land here.
     connect(socket, &QUdpSocket::readyRead, this, [this, socket, port] {
-        while (socket->hasPendingDatagrams()) {
-            SimDatagram datagram;
-            datagram.data.resize(int(socket->pendingDatagramSize()));
-            socket->readDatagram(datagram.data.data(), datagram.data.size(), &datagram.sender,
-                                 &datagram.senderPort);
-            datagram.localPort = port;
-            handleDatagram(datagram);
-        }
+        drainDatagrams(socket, port, [this](const SimDatagram &d) { handleDatagram(d); });
     });
     return socket;
 }

@@ -22,6 +22,11 @@ struct SimDatagram
     quint16 localPort = 0; // 10000 or 8002
 };
 
+// Reads every pending datagram of `socket` (bound to `localPort`) and hands
+// each to `take`.
+void drainDatagrams(QUdpSocket *socket, quint16 localPort,
+                    const std::function<void(const SimDatagram &)> &take);
+
 // Returns true when the datagram was meant for this camera and was handled.
 using DatagramHandler = std::function<bool(const SimDatagram &)>;
 
