@@ -67,9 +67,9 @@ Q_DECLARE_METATYPE(Reply)
 
 namespace {
 
-Reply replyFor(const QString &spec)
+Reply replyFor(const QString &description)
 {
-    const QStringList words = spec.split(QLatin1Char(' '));
+    const QStringList words = description.split(QLatin1Char(' '));
     if (words.size() == 3 && words.at(0) == QLatin1String("W")) {
         replybuilder::WinbondFields fields;
         fields.ip.clear();
@@ -80,7 +80,7 @@ Reply replyFor(const QString &spec)
     }
     if (words.size() == 3 && words.at(0) == QLatin1String("H"))
         return {false, replybuilder::hdsCamera(words.at(1), words.at(2))};
-    return {false, spec.toUtf8()};
+    return {false, description.toUtf8()};
 }
 
 } // namespace
@@ -194,8 +194,8 @@ void tst_SearchWindow::listing()
     QFETCH(QStringList, replies);
     QFETCH(QStringList, expectedIps);
 
-    for (const QString &spec : replies) {
-        send(replyFor(spec));
+    for (const QString &description : replies) {
+        send(replyFor(description));
         QTest::qWait(30); // the first of two replies with one MAC must win
     }
     QTRY_COMPARE(ipColumn(deviceTable(*window, 1)), expectedIps);
