@@ -7,11 +7,29 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+namespace {
+
+// Everything the code under test writes to the debug log.
+QStringList logged;
+QtMessageHandler previousHandler = nullptr;
+
+void recordMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    logged << text;
+    if (previousHandler)
+        previousHandler(type, context, text);
+}
+
+} // namespace
+
 class UserCheckDialogTest : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { previousHandler = qInstallMessageHandler(recordMessage); }
+    void cleanupTestCase() { qInstallMessageHandler(previousHandler); }
+    void init() { logged.clear(); }
     void check_data();
     void check();
     void cancelSendsNothing();
@@ -126,6 +144,11 @@ void UserCheckDialogTest::check()
             family == "Winbond" ? QStringLiteral("user") : QStringLiteral("usr");
         QCOMPARE(camera.lastQuery.value(userKey), user);
         QCOMPARE(camera.lastQuery.value(QStringLiteral("pwd")), password);
+    }
+    // Credentials never reach the debug log, whatever the outcome.
+    for (const QString &line : qAsConst(logged)) {
+        QVERIFY2(password.size() < 4 || !line.contains(password), qPrintable(line));
+        QVERIFY2(user.size() < 4 || !line.contains(user), qPrintable(line));
     }
 }
 
