@@ -86,6 +86,9 @@ Outcome credentials(Harness &harness, const QString &mode)
     const qint64 rssBefore = peakRssKb();
     Outcome outcome = harness.begin(QStringLiteral("credential check: ") + mode);
     harness.login = {camera.user, camera.password};
+    // A new search locks every camera again, so that the dialog is shown.
+    harness.search();
+    Harness::waitFor([] { return false; }, 3000);
     // Queued: the dialog's exec() must not block this function.
     QMetaObject::invokeMethod(harness.window, "mycellClickedSdmanager", Qt::QueuedConnection,
                               Q_ARG(int, rowOf(harness.searchTable, camera.ip)), Q_ARG(int, 1));
