@@ -144,7 +144,6 @@ private:
     void askCredentials(const QString &ip, void (MainWindow::*receiver)(QStringList));
     // Files accepted credentials, unlocks the camera on all tabs, asks for its SD card.
     void acceptCredentials(const QString &ip, const QStringList &cameraStatus);
-    void enableUnlockedControls();
     void requestSdCardStatus(const QString &ip);
     veltor::CameraLogin newestLogin(const QString &ip) const;
 

@@ -58,20 +58,10 @@ void MainWindow::acceptCredentials(const QString &ip, const QStringList &cameraS
 {
     veltor::storeLogin(&cameraCredentials, ip, cameraStatus);
     lockState.insert(ip, QStringLiteral("unlock"));
-    enableUnlockedControls();
-    requestSdCardStatus(ip);
-}
-
-void MainWindow::enableUnlockedControls()
-{
-    ui->dhcpCheckbox->setEnabled(true);
+    // Opens every camera control on all tabs; the address fields follow the DHCP box.
+    checkIpLock(ip);
     on_dhcpCheckbox_toggled(ui->dhcpCheckbox->isChecked());
-    for (QWidget *control :
-         {static_cast<QWidget *>(ui->httpport), static_cast<QWidget *>(ui->dhcpsubmit),
-          static_cast<QWidget *>(ui->selectBox), static_cast<QWidget *>(ui->fileEdit),
-          static_cast<QWidget *>(ui->fileChoose), static_cast<QWidget *>(ui->updateSubmit),
-          static_cast<QWidget *>(ui->viewFilesBtn)})
-        control->setEnabled(true);
+    requestSdCardStatus(ip);
 }
 
 void MainWindow::requestSdCardStatus(const QString &ip)
