@@ -5,6 +5,7 @@
 #include "discovery/protocolconstants.h"
 #include "netconf/configmessages.h"
 #include "netconf/submitchecks.h"
+#include "netconf/submitmessages.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>
@@ -26,53 +27,6 @@ veltor::NetworkSettings formSettings(const Ui::MainWindow &ui)
     return settings;
 }
 
-QString checkMessage(veltor::SubmitCheck check)
-{
-    using veltor::SubmitCheck;
-    switch (check) {
-    case SubmitCheck::Passed:
-        break;
-    case SubmitCheck::PortInvalid:
-        return MainWindow::tr("Port invalid");
-    case SubmitCheck::PortTooLarge:
-    case SubmitCheck::PortNegative:
-        return MainWindow::tr("Port needs to be a value in range of 0-65535");
-    case SubmitCheck::IpFormat:
-        return MainWindow::tr("Ip-address has a wrong format");
-    case SubmitCheck::SubnetFormat:
-        return MainWindow::tr("Subnet has a wrong format");
-    case SubmitCheck::GatewayFormat:
-        return MainWindow::tr("Gateway has a wrong format");
-    case SubmitCheck::DnsFormat:
-        return MainWindow::tr("DNS has a wrong format");
-    case SubmitCheck::IpValues:
-        return MainWindow::tr("Ip-address has invalid values");
-    case SubmitCheck::SubnetValues:
-        return MainWindow::tr("Subnet-address has invalid values");
-    case SubmitCheck::GatewayValues:
-        return MainWindow::tr("Gateway-address has invalid values");
-    case SubmitCheck::DnsValues:
-        return MainWindow::tr("DNS-address has invalid values");
-    }
-    return QString();
-}
-
-QString winbondFieldMessage(veltor::WinbondFieldProblem problem)
-{
-    using veltor::WinbondFieldProblem;
-    switch (problem) {
-    case WinbondFieldProblem::None:
-        break;
-    case WinbondFieldProblem::Mac:
-        return MainWindow::tr("The MAC address of this camera has a wrong format");
-    case WinbondFieldProblem::User:
-        return MainWindow::tr("The username is too long for this camera (at most 12 bytes)");
-    case WinbondFieldProblem::Password:
-        return MainWindow::tr("The password is too long for this camera (at most 12 bytes)");
-    }
-    return QString();
-}
-
 // Tests shorten the reboot wait through this variable; users get the designed timing.
 unsigned rebootStep(unsigned designedMs)
 {
@@ -89,7 +43,7 @@ void MainWindow::on_dhcpsubmit_clicked()
     const veltor::CameraLogin login = newestLogin(ip);
     const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), login.family);
     if (check != veltor::SubmitCheck::Passed) {
-        QMessageBox::critical(this, tr("Error"), checkMessage(check));
+        QMessageBox::critical(this, tr("Error"), veltor::submitCheckMessage(check));
         return;
     }
     const QString mac = macOfCamera(ip);
@@ -123,7 +77,7 @@ bool MainWindow::sendWinbondConfig(const QString &mac, const veltor::CameraLogin
     const veltor::WinbondFieldProblem problem =
         veltor::checkWinbondFields(mac, login.user, login.password);
     if (problem != veltor::WinbondFieldProblem::None) {
-        QMessageBox::critical(this, tr("Error"), winbondFieldMessage(problem));
+        QMessageBox::critical(this, tr("Error"), veltor::winbondFieldMessage(problem));
         return false;
     }
     const QByteArray datagram =
