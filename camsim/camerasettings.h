@@ -64,6 +64,11 @@ struct CameraSettings
     QString deviceId;
     QString user;
     QString password;
+    // After an upload it accepts: the versions it then reports (empty: kept)
+    // and how long it stays silent to searches while it restarts.
+    QString upgradeFirmwareVersion;
+    QString upgradeWebVersion;
+    int upgradeRebootMs = 0;
     ReplyBehaviour behaviour;
     std::shared_ptr<SdCardSlot> sdCard = std::make_shared<SdCardSlot>();
 };

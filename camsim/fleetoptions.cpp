@@ -77,6 +77,14 @@ const QList<Option> &optionList()
         {"firmware", "Firmware version (four dotted numbers).", "VERSION"},
         {"web-version", "Web interface version (four dotted numbers).", "VERSION"},
         {"name-prefix", "Prefix of the camera names.", "TEXT"},
+        {"upgrade-version",
+         "Firmware version reported after an accepted upload (Winbond firmware, Haisi).",
+         "VERSION"},
+        {"upgrade-web-version",
+         "Web interface version reported after an accepted upload (Winbond web, Haisi).",
+         "VERSION"},
+        {"upgrade-reboot", "Milliseconds a camera ignores searches after an accepted upload.",
+         "MS"},
         {"unicast", "Reply to the searcher's address and port instead of broadcast/group.", ""},
         {"host-only",
          "Replies never leave this host: Winbond ones go to 127.255.255.255, "
@@ -89,7 +97,7 @@ const QList<Option> &optionList()
         {"camera",
          "Per-camera settings, INDEX:key=value[,key=value...]; keys: name mac ip mask "
          "gateway dns port dhcp firmware web deviceid user password unicast repeat "
-         "delay malformed both sd.",
+         "delay malformed both sd upgrade upgradeweb upgradereboot.",
          "INDEX:KEY=VALUE"},
         {"status-file", "Write the fleet as JSON to this file once every camera listens.", "FILE"},
         {"list-addresses", "Print the cameras' addresses, one a line, and exit.", ""},
@@ -122,7 +130,8 @@ bool readNumbers(const QCommandLineParser &parser, FleetOptions *options, QStrin
                    {"http-port", 65535, &port},
                    {"repeat", 100, &options->behaviour.repeat},
                    {"delay", 600000, &options->behaviour.delayMs},
-                   {"spread", 600000, &options->spreadMs}};
+                   {"spread", 600000, &options->spreadMs},
+                   {"upgrade-reboot", 600000, &options->upgradeRebootMs}};
     for (const auto &number : numbers) {
         const QString name = QLatin1String(number.name);
         if (parser.isSet(name) && !toCount(parser.value(name), number.max, number.value)) {
@@ -173,6 +182,8 @@ void readTexts(const QCommandLineParser &parser, FleetOptions *options)
                  {"firmware", &options->firmwareVersion},
                  {"web-version", &options->webVersion},
                  {"name-prefix", &options->namePrefix},
+                 {"upgrade-version", &options->upgradeFirmwareVersion},
+                 {"upgrade-web-version", &options->upgradeWebVersion},
                  {"status-file", &options->statusFile}};
     for (const auto &text : texts) {
         if (parser.isSet(QLatin1String(text.name)))
@@ -256,6 +267,9 @@ bool makeCameraSettings(const FleetOptions &options, QVector<CameraSettings> *ca
         camera.dhcp = options.dhcp;
         camera.firmwareVersion = options.firmwareVersion;
         camera.webVersion = options.webVersion;
+        camera.upgradeFirmwareVersion = options.upgradeFirmwareVersion;
+        camera.upgradeWebVersion = options.upgradeWebVersion;
+        camera.upgradeRebootMs = options.upgradeRebootMs;
         camera.deviceId = QStringLiteral("VLTR%1").arg(index + 1, 8, 10, QLatin1Char('0'));
         camera.user = options.user;
         camera.password = options.password;

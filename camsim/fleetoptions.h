@@ -26,6 +26,9 @@ struct FleetOptions
     QString firmwareVersion = QStringLiteral("2.1.0.14");
     QString webVersion = QStringLiteral("1.0.3.7");
     QString namePrefix = QStringLiteral("VELTOR-");
+    QString upgradeFirmwareVersion; // reported after an accepted upload; empty: unchanged
+    QString upgradeWebVersion;
+    int upgradeRebootMs = 0;
     ReplyBehaviour behaviour;
     int spreadMs = 0;                 // cameras' first replies spread evenly over this window
     QMap<int, QStringList> overrides; // fleet index -> "key=value" texts

@@ -5,6 +5,7 @@
 // the results for tests in the tool's namespace.
 #include "camsim/features.h"
 #include "camsim/simcamera.h"
+#include "camsim/upgradeapply.h"
 #include "camsim/uploadcheck.h"
 
 #include <QDir>
@@ -121,6 +122,8 @@ struct UploadSession
         if (!exchange.isAnswered() && exchange.socket()->state() == QAbstractSocket::ConnectedState)
             exchange.respond(error.isEmpty() ? 200 : 400,
                              error.isEmpty() ? QByteArray("upgrade ok\n") : error.toUtf8());
+        if (error.isEmpty())
+            takeOnUpgrade(camera, exchange.request().path);
     }
 };
 

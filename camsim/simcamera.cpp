@@ -100,9 +100,14 @@ bool SimCamera::answers(Family protocol) const
     return config.family == protocol || config.behaviour.bothProtocols;
 }
 
+void SimCamera::restartFor(int ms)
+{
+    silentUntil = QDateTime::currentMSecsSinceEpoch() + ms;
+}
+
 void SimCamera::answerSearch(Family protocol, const SimDatagram &search)
 {
-    if (!answers(protocol))
+    if (!answers(protocol) || QDateTime::currentMSecsSinceEpoch() < silentUntil)
         return;
     const ReplyBehaviour &how = config.behaviour;
     QHostAddress to = groupOrBroadcast(protocol);

@@ -57,6 +57,8 @@ public:
     bool openReplySockets(bool ownAddress, QString *error);
 
     bool answers(Family protocol) const;
+    // Searches go unanswered for `ms`, as while the camera restarts.
+    void restartFor(int ms);
     // Sends this camera's reply to a search received through `protocol`.
     void answerSearch(Family protocol, const SimDatagram &search);
 
@@ -81,6 +83,7 @@ private:
     QUdpSocket *hdsSocket = nullptr;
     QList<DatagramHandler> datagramHandlers;
     QList<CameraLogEntry> entries;
+    qint64 silentUntil = 0; // msecs since the epoch
 };
 
 } // namespace veltor::camsim
