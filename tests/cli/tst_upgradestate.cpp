@@ -1,0 +1,190 @@
+// The upgrade state file: what an interrupted run leaves behind must bring
+// the next run back to exactly the targets still to do, and a damaged file
+// must be refused with a reason rather than taken for an empty one.
+#include "cli/commands.h"
+#include "cli/upgradestate.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace veltor::cli;
+
+namespace {
+
+UpgradeTarget target(const QString &mac, TargetState state, const QString &detail = QString())
+{
+    UpgradeTarget t;
+    t.target = mac;
+    t.mac = mac;
+    t.ip = QStringLiteral("10.78.1.") + mac.right(1);
+    t.family = QStringLiteral("Haisi");
+    t.state = state;
+    t.detail = detail;
+    return t;
+}
+
+} // namespace
+
+class tst_UpgradeState : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void roundTrip();
+    void damaged_data();
+    void damaged();
+    void done_data();
+    void done();
+    void arguments_data();
+    void arguments();
+
+private:
+    QTemporaryDir dir;
+};
+
+void tst_UpgradeState::roundTrip()
+{
+    UpgradeRun run;
+    run.kind = QStringLiteral("firmware");
+    run.file = QStringLiteral("/tmp/fw \"1\".pkg");
+    run.expectVersion = QStringLiteral("2.2.0.1");
+    for (int state = 0; state <= int(TargetState::Failed); ++state)
+        run.targets << target(QStringLiteral("02:56:4C:00:00:0%1").arg(state), TargetState(state),
+                              state == int(TargetState::Failed) ? "the camera \"said\" no\n" : "");
+    run.targets << UpgradeTarget{QStringLiteral("10.78.9.9"),
+                                 {},
+                                 {},
+                                 {},
+                                 TargetState::Failed,
+                                 QStringLiteral("did not answer the search")};
+    const QString path = dir.filePath(QStringLiteral("state.json"));
+    QString error;
+    QVERIFY2(saveState(path, run, &error), qPrintable(error));
+    const std::optional<UpgradeRun> back = loadState(path, &error);
+    QVERIFY2(back, qPrintable(error));
+    QCOMPARE(stateJson(*back), stateJson(run));
+    QCOMPARE(back->targets.size(), run.targets.size());
+    QCOMPARE(back->targets.at(int(TargetState::WaitingForReboot)).state,
+             TargetState::WaitingForReboot);
+}
+
+void tst_UpgradeState::damaged_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("empty") << QByteArray() << "not JSON";
+    QTest::newRow("cut short") << QByteArray("{\"targets\": [{\"mac\": \"02:") << "not JSON";
+    QTest::newRow("a list") << QByteArray("[1, 2]") << "no list of targets";
+    QTest::newRow("targets not a list") << QByteArray("{\"targets\": 3}") << "no list of targets";
+    QTest::newRow("unknown state")
+        << QByteArray("{\"targets\": [{\"mac\": \"02:56:4C:00:00:01\", \"state\": \"done\"}]}")
+        << "target 1 has no name or an unknown state";
+    QTest::newRow("nameless target") << QByteArray("{\"targets\": [{\"state\": \"queued\"}]}")
+                                     << "target 1 has no name or an unknown state";
+    QTest::newRow("binary") << QByteArray("\x00\xff\xfe garbage", 12) << "not JSON";
+}
+
+void tst_UpgradeState::damaged()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    const QString path = dir.filePath(QStringLiteral("damaged.json"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(content);
+    file.close();
+    QString error;
+    QVERIFY(!loadState(path, &error));
+    QVERIFY2(error.contains(path) && error.contains(reason), qPrintable(error));
+}
+
+void tst_UpgradeState::done_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<bool>("doneWhenVerifying");
+    QTest::addColumn<bool>("doneOtherwise");
+    QTest::newRow("queued") << int(TargetState::Queued) << false << false;
+    QTest::newRow("uploading, interrupted") << int(TargetState::Uploading) << false << false;
+    QTest::newRow("sent") << int(TargetState::Sent) << false << true;
+    QTest::newRow("waiting, interrupted") << int(TargetState::WaitingForReboot) << false << false;
+    QTest::newRow("verified") << int(TargetState::Verified) << true << true;
+    QTest::newRow("failed") << int(TargetState::Failed) << false << false;
+}
+
+void tst_UpgradeState::done()
+{
+    QFETCH(int, state);
+    const UpgradeTarget t = target(QStringLiteral("02:56:4C:00:00:01"), TargetState(state));
+    QTEST(isDone(t, true), "doneWhenVerifying");
+    QTEST(isDone(t, false), "doneOtherwise");
+    QCOMPARE(stateFromName(stateName(TargetState(state))), TargetState(state));
+}
+
+// Refusals that come before any search, so no datagram leaves this test.
+void tst_UpgradeState::arguments_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message");
+    const QString file = QCoreApplication::applicationFilePath(); // any readable file
+    const QStringList upgrade{"upgrade", "--user", "admin", "--file", file};
+    QTest::newRow("upgrade: no kind")
+        << upgrade + QStringList{"10.0.0.1"} << int(Usage) << "give one of --firmware and --webui";
+    QTest::newRow("upgrade: both kinds")
+        << upgrade + QStringList{"--firmware", "--webui", "10.0.0.1"} << int(Usage)
+        << "give one of --firmware and --webui";
+    QTest::newRow("upgrade: no targets")
+        << upgrade + QStringList{"--firmware"} << int(Usage) << "no targets";
+    QTest::newRow("upgrade: two ways of naming")
+        << upgrade + QStringList{"--firmware", "--all-family", "Haisi", "10.0.0.1"} << int(Usage)
+        << "exclude each other";
+    QTest::newRow("upgrade: unknown family")
+        << upgrade + QStringList{"--webui", "--all-family", "Sony"} << int(Usage)
+        << "--all-family wants Haisi or Winbond, not \"Sony\"";
+    QTest::newRow("upgrade: parallel 0")
+        << upgrade + QStringList{"--firmware", "--parallel", "0", "10.0.0.1"} << int(Usage)
+        << "--parallel wants a number from 1 to 64";
+    QTest::newRow("upgrade: no file")
+        << QStringList{"upgrade", "--user", "admin", "--firmware", "10.0.0.1"} << int(Usage)
+        << "--file is required";
+    QTest::newRow("upgrade: unreadable file")
+        << QStringList{"upgrade", "--user", "admin", "--firmware", "--file", "/nonexistent/fw.bin",
+                       "10.0.0.1"}
+        << int(Failure) << "cannot read the file /nonexistent/fw.bin";
+    QTest::newRow("upgrade: no user")
+        << QStringList{"upgrade", "--firmware", "--file", file, "10.0.0.1"} << int(Usage)
+        << "--user is required";
+    QTest::newRow("set: no MAC") << QStringList{"set", "--dhcp", "--user", "admin"} << int(Usage)
+                                 << "give exactly one MAC address";
+    QTest::newRow("set: not a MAC") << QStringList{"set", "10.0.0.1", "--dhcp", "--user", "admin"}
+                                    << int(Usage) << "\"10.0.0.1\" is not a MAC address";
+    QTest::newRow("set: dhcp and address")
+        << QStringList{"set", "02:56:4C:00:00:01", "--dhcp", "--ip", "10.0.0.9", "--user", "a"}
+        << int(Usage) << "--dhcp and fixed addresses exclude each other";
+    QTest::newRow("set: nothing to change")
+        << QStringList{"set", "02:56:4C:00:00:01", "--user", "admin"} << int(Usage)
+        << "nothing to change";
+    QTest::newRow("set: bad timeout")
+        << QStringList{"set", "02:56:4C:00:00:01", "--dhcp", "--timeout", "soon", "--user", "a"}
+        << int(Usage) << "--timeout wants a number";
+    QTest::newRow("set: no user") << QStringList{"set", "02:56:4C:00:00:01", "--dhcp"} << int(Usage)
+                                  << "--user is required";
+}
+
+void tst_UpgradeState::arguments()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    qputenv("VELTOR_PASSWORD", "secret");
+    QString outText;
+    QString errText;
+    QTextStream out(&outText);
+    QTextStream err(&errText);
+    QTEST(run(QStringList{"veltor-cli"} + arguments, Io{out, err}), "code");
+    err.flush();
+    QVERIFY2(errText.contains(message), qPrintable(errText));
+    QVERIFY(!errText.contains("secret"));
+}
+
+QTEST_GUILESS_MAIN(tst_UpgradeState)
+#include "tst_upgradestate.moc"
