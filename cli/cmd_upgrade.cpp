@@ -1,8 +1,8 @@
 #include "cli/cliargs.h"
 #include "cli/commands.h"
-#include "cli/search.h"
 #include "cli/targets.h"
 #include "cli/upgraderunner.h"
+#include "cli/upgradetargets.h"
 #include "discovery/protocolconstants.h"
 #include "update/uploadrequest.h"
 
@@ -15,8 +15,6 @@ namespace {
 
 const QString kCommand = QStringLiteral("upgrade");
 const QString kDefaultStateFile = QStringLiteral("veltor-upgrade-state.json");
-constexpr int kSearchRounds = 2;
-constexpr int kSearchWaitMs = 1500;
 
 void addUpgradeOptions(QCommandLineParser &parser)
 {
@@ -41,6 +39,10 @@ void addUpgradeOptions(QCommandLineParser &parser)
          QStringLiteral("V")},
         {QStringLiteral("reboot-timeout"),
          QStringLiteral("Seconds a camera may take to report the version (default 300)."),
+         QStringLiteral("S")},
+        {QStringLiteral("search-time"),
+         QStringLiteral("Seconds to keep searching for targets that have not answered "
+                        "(default 10)."),
          QStringLiteral("S")},
         {QStringLiteral("state-file"),
          QStringLiteral("Where each target's state is kept (default %1, or the --only-failed "
@@ -92,8 +94,11 @@ std::optional<UpgradeOptions> optionsFrom(const QCommandLineParser &parser, Io i
         intOption(parser, kCommand, QStringLiteral("parallel"), 4, 1, 64, io);
     const std::optional<int> reboot =
         intOption(parser, kCommand, QStringLiteral("reboot-timeout"), 300, 1, 3600, io);
-    if (!parallel || !reboot)
+    const std::optional<int> search =
+        intOption(parser, kCommand, QStringLiteral("search-time"), 10, 1, 3600, io);
+    if (!parallel || !reboot || !search)
         return std::nullopt;
+    options.searchSeconds = *search;
     options.parallel = *parallel;
     options.rebootSeconds = *reboot;
     options.statePath = parser.value(QStringLiteral("state-file"));
@@ -104,47 +109,12 @@ std::optional<UpgradeOptions> optionsFrom(const QCommandLineParser &parser, Io i
     return options;
 }
 
-UpgradeTarget targetFor(const QString &name, const SeenCamera *camera)
+// Targets named on the command line or left over in the state file, each
+// with its camera; empty after printing why there are none.
+std::optional<QVector<UpgradeTarget>> collectTargets(const QCommandLineParser &parser,
+                                                     const UpgradeRun &run, int searchSeconds,
+                                                     QHash<int, SeenCamera> *cameras, Io io)
 {
-    UpgradeTarget target;
-    target.target = name;
-    if (camera) {
-        target.mac = camera->record.mac;
-        target.ip = camera->record.ip;
-        target.family = camera->family;
-    } else {
-        target.state = TargetState::Failed;
-        target.detail = QStringLiteral("did not answer the search");
-    }
-    return target;
-}
-
-const SeenCamera *findTarget(const QVector<SeenCamera> &cameras, const QString &name)
-{
-    QStringList missing;
-    const QVector<SeenCamera> chosen = selectTargets(cameras, {name}, &missing);
-    if (chosen.isEmpty())
-        return nullptr;
-    return findByMac(cameras, chosen.constFirst().record.mac);
-}
-
-// Fills `run` with the targets named by the command line and `found` with
-// their cameras; targets already done in the state file keep their entries.
-bool collectTargets(const QCommandLineParser &parser, const QVector<SeenCamera> &seen,
-                    UpgradeRun *run, QHash<int, SeenCamera> *found, Io io)
-{
-    const bool verifying = !run->expectVersion.isEmpty();
-    QStringList names = parser.positionalArguments();
-    if (parser.isSet(QStringLiteral("all-family"))) {
-        for (const SeenCamera &camera :
-             selectFamily(seen, parser.value(QStringLiteral("all-family"))))
-            names << camera.record.mac;
-        if (names.isEmpty()) {
-            io.err << "veltor-cli upgrade: no " << parser.value(QStringLiteral("all-family"))
-                   << " camera answered the search\n";
-            return false;
-        }
-    }
     QVector<UpgradeTarget> earlier;
     if (parser.isSet(QStringLiteral("only-failed"))) {
         QString error;
@@ -152,28 +122,23 @@ bool collectTargets(const QCommandLineParser &parser, const QVector<SeenCamera> 
             loadState(parser.value(QStringLiteral("only-failed")), &error);
         if (!loaded) {
             io.err << "veltor-cli upgrade: " << error << '\n';
-            return false;
+            return std::nullopt;
         }
         earlier = loaded->targets;
     }
-    for (const UpgradeTarget &target : qAsConst(earlier)) {
-        if (isDone(target, verifying))
-            run->targets << target;
-        else
-            names << (target.mac.isEmpty() ? target.target : target.mac);
-    }
-    QSet<QString> macs;
-    for (const QString &name : qAsConst(names)) {
-        const SeenCamera *camera = findTarget(seen, name);
-        if (camera && macs.contains(camera->record.mac))
-            continue; // named twice, by MAC and by address
-        if (camera) {
-            macs << camera->record.mac;
-            found->insert(run->targets.size(), *camera);
+    QStringList names =
+        parser.positionalArguments() + namesToRedo(earlier, !run.expectVersion.isEmpty());
+    const QVector<SeenCamera> seen = searchUntilFound(names, searchSeconds, io);
+    const QString family = parser.value(QStringLiteral("all-family"));
+    if (!family.isEmpty()) {
+        for (const SeenCamera &camera : selectFamily(seen, family))
+            names << camera.record.mac;
+        if (names.isEmpty()) {
+            io.err << "veltor-cli upgrade: no " << family << " camera answered the search\n";
+            return std::nullopt;
         }
-        run->targets << targetFor(name, camera);
     }
-    return true;
+    return planTargets(names, earlier, seen, run, cameras);
 }
 
 std::optional<int> checkFile(const QString &path, Io io)
@@ -214,9 +179,11 @@ int runUpgrade(const QStringList &arguments, Io io)
     run.file = QFileInfo(options->file).absoluteFilePath();
     run.expectVersion = options->expectVersion;
     QHash<int, SeenCamera> cameras;
-    const FleetSearchResult found = searchAllInterfaces(kSearchRounds, kSearchWaitMs, io);
-    if (!collectTargets(parser, found.cameras, &run, &cameras, io))
+    const std::optional<QVector<UpgradeTarget>> targets =
+        collectTargets(parser, run, options->searchSeconds, &cameras, io);
+    if (!targets)
         return Failure;
+    run.targets = *targets;
     UpgradeRunner(run, cameras, *options, io).exec();
     io.out << summaryTable(run);
     io.out << "state: " << options->statePath << '\n';

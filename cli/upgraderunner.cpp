@@ -2,6 +2,7 @@
 
 #include "cli/logincheck.h"
 #include "cli/search.h"
+#include "cli/upgradetargets.h"
 #include "update/uploadjob.h"
 
 #include <QEventLoop>
@@ -125,7 +126,7 @@ void UpgradeRunner::verifyWaiting()
         if (run.targets.at(i).state != TargetState::WaitingForReboot)
             continue;
         if (const SeenCamera *seen = findByMac(result.cameras, run.targets.at(i).mac)) {
-            const QString version = options.kind == 1 ? seen->record.webui : seen->record.firmware;
+            const QString version = reportedVersion(seen->record, options.kind);
             run.targets[i].ip = seen->record.ip;
             if (version == options.expectVersion) {
                 setState(i, TargetState::Verified, version);

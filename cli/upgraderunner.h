@@ -18,6 +18,7 @@ struct UpgradeOptions
     QString expectVersion;
     int parallel = 4;
     int rebootSeconds = 300; // how long a camera may take to show up with the new version
+    int searchSeconds = 10;  // how long to search for targets that do not answer
     QString statePath;
     Credentials credentials;
 };

@@ -1,6 +1,7 @@
 #include "update/uploadjob.h"
 
 #include <QFileInfo>
+#include <algorithm>
 
 namespace veltor {
 
@@ -17,6 +18,15 @@ QString printable(const QByteArray &bytes)
             c = QLatin1Char('?');
     }
     return text;
+}
+
+// Winbond credentials travel unescaped in the request line, where a blank
+// or line break would end it early.
+bool fitsRequestLine(const QString &text)
+{
+    return std::none_of(text.cbegin(), text.cend(), [](QChar c) {
+        return c.isSpace() || c.category() == QChar::Other_Control;
+    });
 }
 
 } // namespace
@@ -52,6 +62,13 @@ void UploadJob::start()
     }
     target.fileName = QFileInfo(file.fileName()).fileName();
     target.fileSize = file.size();
+    if (target.family == QLatin1String(kWinbondFamily) &&
+        !(fitsRequestLine(target.user) && fitsRequestLine(target.password))) {
+        finish(false, QStringLiteral("the user name or password holds a blank or control "
+                                     "character, which a Winbond camera's upload request "
+                                     "cannot carry"));
+        return;
+    }
     request = buildUploadRequest(target);
     if (!request.isValid()) {
         finish(

@@ -3,6 +3,7 @@
 // must be refused with a reason rather than taken for an empty one.
 #include "cli/commands.h"
 #include "cli/upgradestate.h"
+#include "cli/upgradetargets.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -35,6 +36,8 @@ private slots:
     void damaged();
     void done_data();
     void done();
+    void resumePlan_data();
+    void resumePlan();
     void arguments_data();
     void arguments();
 
@@ -118,6 +121,52 @@ void tst_UpgradeState::done()
     QTEST(isDone(t, true), "doneWhenVerifying");
     QTEST(isDone(t, false), "doneOtherwise");
     QCOMPARE(stateFromName(stateName(TargetState(state))), TargetState(state));
+}
+
+// What a rerun with --only-failed takes on, from the earlier state of each
+// target and what the search shows now. Camera 1 reports the new version.
+void tst_UpgradeState::resumePlan_data()
+{
+    QTest::addColumn<int>("earlier");
+    QTest::addColumn<bool>("answers");
+    QTest::addColumn<int>("planned");
+    QTest::addColumn<bool>("uploads");
+    const int verified = int(TargetState::Verified), queued = int(TargetState::Queued),
+              failed = int(TargetState::Failed);
+    QTest::newRow("verified stays") << verified << true << verified << false;
+    QTest::newRow("sent, new version shown") << int(TargetState::Sent) << true << verified << false;
+    QTest::newRow("restarting, new version shown")
+        << int(TargetState::WaitingForReboot) << true << verified << false;
+    QTest::newRow("upload cut short: again, whatever it shows")
+        << int(TargetState::Uploading) << true << queued << true;
+    QTest::newRow("failed: again") << failed << true << queued << true;
+    QTest::newRow("never started") << queued << true << queued << true;
+    QTest::newRow("silent now") << int(TargetState::Sent) << false << failed << false;
+}
+
+void tst_UpgradeState::resumePlan()
+{
+    QFETCH(int, earlier);
+    QFETCH(bool, answers);
+    UpgradeRun run;
+    run.kind = QStringLiteral("webui");
+    run.expectVersion = QStringLiteral("1.1.0.0");
+    const QString mac = QStringLiteral("02:56:4C:00:00:01");
+    const QVector<UpgradeTarget> before{target(mac, TargetState(earlier)),
+                                        target("02:56:4C:00:00:02", TargetState::Verified)};
+    QVector<veltor::SeenCamera> seen(1);
+    seen[0].record.mac = answers ? mac : QStringLiteral("02:56:4C:00:00:09");
+    seen[0].record.webui = QStringLiteral("1.1.0.0");
+    seen[0].record.firmware = QStringLiteral("9.9.9.9");
+    QHash<int, veltor::SeenCamera> cameras;
+    const QVector<UpgradeTarget> plan =
+        planTargets(namesToRedo(before, true), before, seen, run, &cameras);
+    QCOMPARE(plan.size(), 2); // the other, done target is kept
+    const auto planned = std::find_if(plan.cbegin(), plan.cend(),
+                                      [&](const UpgradeTarget &t) { return t.target == mac; });
+    QVERIFY(planned != plan.cend());
+    QTEST(int(planned->state), "planned");
+    QTEST(cameras.contains(int(planned - plan.cbegin())), "uploads");
 }
 
 // Refusals that come before any search, so no datagram leaves this test.

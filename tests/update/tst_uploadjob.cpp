@@ -194,6 +194,10 @@ void tst_UploadJob::noCamera()
     QVERIFY(!runJob(target, dir.filePath("missing.bin")).sent);
     target.family = QStringLiteral("Other");
     QVERIFY(runJob(target, file.fileName()).error.contains("family"));
+    // Refused before connecting: nobody listens, yet the reason is the password.
+    target.family = QStringLiteral("Winbond");
+    target.password = QStringLiteral("two words");
+    QVERIFY(runJob(target, file.fileName()).error.contains("blank"));
 }
 
 void tst_UploadJob::answerProblem_data()

@@ -1,0 +1,194 @@
+// veltor-cli upgrade, the real program, against twenty simulated cameras
+// that report a new version after an accepted upload and a restart (fleet in
+// CMakeLists.txt). What arrived is judged by each camera's own SHA-256 of the
+// file it stored, never by the tool's word.
+#include "camsimfleet.h"
+#include "clirun.h"
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const QString kFirmware = QStringLiteral("2.2.0.1");
+const QString kWeb = QStringLiteral("1.1.0.0");
+constexpr int kParallel = 4;
+
+QByteArray randomBytes(int size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (char &byte : bytes)
+        byte = char(QRandomGenerator::global()->generate());
+    return bytes;
+}
+
+QJsonArray uploadsTo(const camsimfleet::Camera &camera, const QString &path)
+{
+    QJsonArray matching;
+    for (const QJsonValue &upload :
+         camsimfleet::fetchJson(camera, "/camsim/uploads").value("uploads").toArray()) {
+        if (upload["path"].toString() == path)
+            matching << upload;
+    }
+    return matching;
+}
+
+// MAC to state, as the state file says.
+QHash<QString, QString> statesIn(const QString &path)
+{
+    QFile file(path);
+    QHash<QString, QString> states;
+    if (!file.open(QIODevice::ReadOnly))
+        return states;
+    for (const QJsonValue &target : QJsonDocument::fromJson(file.readAll())["targets"].toArray())
+        states.insert(target["mac"].toString(), target["state"].toString());
+    return states;
+}
+
+// The most uploads under way at once, from the progress lines: a camera is
+// busy from its first "uploading" to its "sent" or "failed".
+int mostAtOnce(const QString &progress)
+{
+    static const QRegularExpression line(
+        QStringLiteral("^\\[ *\\d+/\\d+\\] (\\S+) .* (uploading|sent|failed)( \\(|$)"),
+        QRegularExpression::MultilineOption);
+    QSet<QString> busy;
+    int most = 0;
+    for (auto it = line.globalMatch(progress); it.hasNext();) {
+        const QRegularExpressionMatch match = it.next();
+        if (match.captured(2) == QLatin1String("uploading"))
+            busy << match.captured(1);
+        else
+            busy.remove(match.captured(1));
+        most = qMax(most, int(busy.size()));
+    }
+    return most;
+}
+
+} // namespace
+
+class tst_UpgradeE2e : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void twentyCamerasFourAtOnce();
+    void interruptedRunResumes();
+
+private:
+    QStringList upgradeOptions(const QString &kind, const QString &version) const;
+    QVector<camsimfleet::Camera> fleet;
+    QTemporaryDir dir;
+    QString password;
+};
+
+void tst_UpgradeE2e::initTestCase()
+{
+    CAMSIM_FLEET_OR_SKIP(fleet);
+    QCOMPARE(fleet.size(), 20);
+    password = fleet.first().password;
+}
+
+QStringList tst_UpgradeE2e::upgradeOptions(const QString &kind, const QString &version) const
+{
+    return {"upgrade",          kind,    "--user",           fleet.first().user,
+            "--expect-version", version, "--reboot-timeout", "60"};
+}
+
+void tst_UpgradeE2e::twentyCamerasFourAtOnce()
+{
+    const QByteArray content = randomBytes(600001);
+    const QString file = dir.filePath("fw 2.2.pkg");
+    QFile out(file);
+    QVERIFY(out.open(QIODevice::WriteOnly) && out.write(content) == content.size());
+    out.close();
+    // Named half by MAC, half by address, as a user would mix them.
+    QStringList targets;
+    for (const camsimfleet::Camera &camera : qAsConst(fleet))
+        targets << (camera.index % 2 ? camera.ip : camera.mac);
+    const QString state = dir.filePath("all.json");
+    const CliRun run = runCli(upgradeOptions("--firmware", kFirmware) +
+                                  QStringList{"--file", file, "--parallel",
+                                              QString::number(kParallel), "--state-file", state} +
+                                  targets,
+                              password, 180000);
+    QVERIFY2(run.exitCode == 0, qPrintable(run.out + run.err));
+    QVERIFY2(run.out.contains("\n20 verified\n"), qPrintable(run.out));
+    QVERIFY(!run.out.contains(password) && !run.err.contains(password));
+    const int most = mostAtOnce(run.err);
+    QVERIFY2(most >= 2 && most <= kParallel, qPrintable(QString::number(most)));
+
+    const QString sha =
+        QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
+    const QHash<QString, QString> states = statesIn(state);
+    for (const camsimfleet::Camera &camera : qAsConst(fleet)) {
+        const QString path = camera.family == "Winbond" ? "/upgrade_firmware.cgi"
+                                                        : "/web/cgi-bin/hi3510/upgrade.cgi";
+        const QJsonArray uploads = uploadsTo(camera, path);
+        QCOMPARE(uploads.size(), 1);
+        QCOMPARE(uploads.first()["sha256"].toString(), sha);
+        QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["firmwareVersion"].toString(),
+                 kFirmware);
+        QCOMPARE(states.value(camera.mac), QStringLiteral("verified"));
+    }
+    QFile stateFile(state);
+    QVERIFY(stateFile.open(QIODevice::ReadOnly));
+    QVERIFY(!stateFile.readAll().contains(password.toUtf8()));
+}
+
+// Killed once the first camera is verified, while the others (longer
+// restarts) are not; the rerun takes up only those, and they end verified too.
+void tst_UpgradeE2e::interruptedRunResumes()
+{
+    const QByteArray content = randomBytes(1 << 20);
+    const QString file = dir.filePath("ui.bin");
+    QFile out(file);
+    QVERIFY(out.open(QIODevice::WriteOnly) && out.write(content) == content.size());
+    out.close();
+    const QString state = dir.filePath("winbond.json");
+    const QStringList options = upgradeOptions("--webui", kWeb) + QStringList{"--file", file};
+
+    QProcess first;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("VELTOR_PASSWORD", password);
+    first.setProcessEnvironment(environment);
+    first.start(
+        QStringLiteral(VELTOR_CLI),
+        options + QStringList{"--all-family", "winbond", "--parallel", "1", "--state-file", state});
+    QTRY_VERIFY_WITH_TIMEOUT(statesIn(state).values().contains("verified"), 60000);
+    first.kill();
+    QVERIFY(first.waitForFinished(5000));
+    const QHash<QString, QString> atKill = statesIn(state);
+    QCOMPARE(atKill.size(), 10);
+    const QStringList verifiedFirst = atKill.keys("verified");
+    QVERIFY2(verifiedFirst.size() < 10, "every camera was done before the interruption");
+
+    // The slowest cameras are still restarting: the rerun searches until they answer.
+    const CliRun rerun = runCli(
+        options + QStringList{"--only-failed", state, "--search-time", "30"}, password, 180000);
+    QVERIFY2(rerun.exitCode == 0, qPrintable(rerun.out + rerun.err));
+    QVERIFY2(rerun.out.contains("\n10 verified\n"), qPrintable(rerun.out));
+    const QString sha =
+        QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
+    for (const camsimfleet::Camera &camera : qAsConst(fleet)) {
+        if (camera.family != "Winbond")
+            continue;
+        const QJsonArray uploads = uploadsTo(camera, "/upgrade_htmls.cgi");
+        QVERIFY(!uploads.isEmpty());
+        QCOMPARE(uploads.last()["sha256"].toString(), sha);
+        if (verifiedFirst.contains(camera.mac))
+            QCOMPARE(uploads.size(), 1); // not sent again
+        QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["webVersion"].toString(), kWeb);
+        QCOMPARE(statesIn(state).value(camera.mac), QStringLiteral("verified"));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_UpgradeE2e)
+#include "tst_upgrade_e2e.moc"
