@@ -6,6 +6,7 @@
 #include "update/uploadjob.h"
 
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QTextStream>
 #include <QTimer>
 
@@ -52,6 +53,19 @@ void UpgradeRunner::exec()
             idle(kIdleSliceMs);
         }
     }
+    printUploadFigures();
+}
+
+void UpgradeRunner::printUploadFigures()
+{
+    if (!uploading.isValid())
+        return;
+    const double mib = double(bytesSent) / (1 << 20);
+    io.err << QStringLiteral("uploads: %1 sent, %2 MiB of file in %3 s (%4 MiB/s)\n")
+                  .arg(uploadsSent)
+                  .arg(mib, 0, 'f', 1)
+                  .arg(uploadingMs / 1000.0, 0, 'f', 2)
+                  .arg(uploadingMs ? mib * 1000 / uploadingMs : 0.0, 0, 'f', 1);
 }
 
 void UpgradeRunner::startUploads()
@@ -93,6 +107,8 @@ void UpgradeRunner::upload(int index)
     target.port = camera.record.port;
     target.user = options.credentials.user;
     target.password = options.credentials.password;
+    if (!uploading.isValid())
+        uploading.start();
     auto *job = new UploadJob(target, options.file, this);
     connect(job, &UploadJob::finished, this, [this, index, job](bool sent, const QString &error) {
         job->deleteLater();
@@ -105,6 +121,12 @@ void UpgradeRunner::upload(int index)
 void UpgradeRunner::uploaded(int index, bool sent, const QString &error)
 {
     --active;
+    if (uploading.isValid())
+        uploadingMs = uploading.elapsed();
+    if (sent) {
+        ++uploadsSent;
+        bytesSent += QFileInfo(options.file).size();
+    }
     if (!sent) {
         setState(index, TargetState::Failed, error);
     } else if (options.expectVersion.isEmpty()) {
