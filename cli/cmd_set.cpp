@@ -118,24 +118,25 @@ int verify(const QString &mac, const NetworkSettings &expected, int seconds, Io 
     return Failure;
 }
 
-int applyChange(const SeenCamera &camera, const Credentials &credentials,
+// False when nothing went out: refused credentials or a datagram not sent.
+bool sendChange(const SeenCamera &camera, const Credentials &credentials,
                 const NetworkSettings &settings, Io io)
 {
     const LoginVerdict verdict = checkLogin(camera, credentials);
     if (verdict != LoginVerdict::Accepted)
         io.err << "veltor-cli set: " << loginMessage(verdict, camera) << '\n';
     if (verdict == LoginVerdict::Refused)
-        return Failure;
+        return false;
     quint32 cseq = 0;
     const QString error = sendSettings(camera, credentials, settings, &cseq);
     if (!error.isEmpty()) {
         io.err << "veltor-cli set: " << error << '\n';
-        return Failure;
+        return false;
     }
     io.out << "sent: " << camera.family << ' ' << camera.record.mac << " (was " << camera.record.ip
            << ")\n";
     io.out.flush();
-    return rebootIfHaisi(camera, credentials, io) ? Success : Failure;
+    return true;
 }
 
 } // namespace
@@ -177,9 +178,12 @@ int runSet(const QStringList &arguments, Io io)
     const NetworkSettings settings = settingsFor(camera->record, *change);
     if (!passesChecks(*camera, *credentials, settings, io))
         return Usage;
-    const int sent = applyChange(*camera, *credentials, settings, io);
+    if (!sendChange(*camera, *credentials, settings, io))
+        return Failure;
+    // Without --verify a failed reboot request is the only sign of trouble.
+    const bool rebooting = rebootIfHaisi(*camera, *credentials, io);
     if (!parser.isSet(QStringLiteral("verify")))
-        return sent;
+        return rebooting ? Success : Failure;
     return verify(mac, expectedSettings(settings, camera->family), *seconds, io);
 }
 

@@ -106,8 +106,6 @@ void tst_SetSettings::checkMessages_data()
         << "Gateway has a wrong format";
     QTest::newRow("dns empty") << "Winbond" << settings("10.0.0.5", m, g, "", "80", false)
                                << "DNS has a wrong format";
-    QTest::newRow("haisi takes 300 as typed")
-        << "Haisi" << settings("300.0.0.5", m, g, g, "80", false) << "";
     QTest::newRow("winbond refuses 300") << "Winbond" << settings("300.0.0.5", m, g, g, "80", false)
                                          << "Ip-address has invalid values";
     QTest::newRow("winbond mask 256")
@@ -119,8 +117,6 @@ void tst_SetSettings::checkMessages_data()
     QTest::newRow("winbond dns 999")
         << "Winbond" << settings("10.0.0.5", m, g, "999.0.0.1", "80", false)
         << "DNS-address has invalid values";
-    QTest::newRow("winbond under dhcp: no range check")
-        << "Winbond" << settings("300.0.0.5", m, g, g, "80", true) << "";
 }
 
 void tst_SetSettings::checkMessages()
