@@ -124,12 +124,20 @@ std::optional<QVector<UpgradeTarget>> collectTargets(const QCommandLineParser &p
             io.err << "veltor-cli upgrade: " << error << '\n';
             return std::nullopt;
         }
+        if (loaded->kind != run.kind) {
+            io.err << "veltor-cli upgrade: the state file is of a " << loaded->kind
+                   << " upgrade, not of a " << run.kind << " upgrade\n";
+            return std::nullopt;
+        }
         earlier = loaded->targets;
     }
     QStringList names =
         parser.positionalArguments() + namesToRedo(earlier, !run.expectVersion.isEmpty());
-    const QVector<SeenCamera> seen = searchUntilFound(names, searchSeconds, io);
     const QString family = parser.value(QStringLiteral("all-family"));
+    // A state file with every target done needs no search.
+    const QVector<SeenCamera> seen = names.isEmpty() && family.isEmpty()
+                                         ? QVector<SeenCamera>()
+                                         : searchUntilFound(names, searchSeconds, io);
     if (!family.isEmpty()) {
         for (const SeenCamera &camera : selectFamily(seen, family))
             names << camera.record.mac;

@@ -203,6 +203,23 @@ void tst_UpgradeState::arguments_data()
     QTest::newRow("upgrade: no user")
         << QStringList{"upgrade", "--firmware", "--file", file, "10.0.0.1"} << int(Usage)
         << "--user is required";
+    UpgradeRun done;
+    done.kind = QStringLiteral("firmware");
+    done.targets << target(QStringLiteral("02:56:4C:00:00:01"), TargetState::Sent);
+    const QString donePath = dir.filePath(QStringLiteral("done.json"));
+    QString error;
+    QVERIFY(saveState(donePath, done, &error));
+    QTest::newRow("upgrade: nothing left, no search")
+        << QStringList{"upgrade", "--user",        "a",     "--firmware", "--file",
+                       file,      "--only-failed", donePath}
+        << int(Success) << "";
+    QTest::newRow("upgrade: state of the other kind")
+        << QStringList{"upgrade", "--user",        "a",     "--webui", "--file",
+                       file,      "--only-failed", donePath}
+        << int(Failure) << "the state file is of a firmware upgrade, not of a webui upgrade";
+    QTest::newRow("upgrade: damaged state")
+        << QStringList{"upgrade", "--user", "a", "--webui", "--file", file, "--only-failed", file}
+        << int(Failure) << "is damaged: not JSON";
     QTest::newRow("set: no MAC") << QStringList{"set", "--dhcp", "--user", "admin"} << int(Usage)
                                  << "give exactly one MAC address";
     QTest::newRow("set: not a MAC") << QStringList{"set", "10.0.0.1", "--dhcp", "--user", "admin"}
