@@ -60,7 +60,7 @@ void UpgradeRunner::printUploadFigures()
 {
     if (!uploading.isValid())
         return;
-    const double mib = double(bytesSent) / (1 << 20);
+    const double mib = double(uploadsSent) * QFileInfo(options.file).size() / (1 << 20);
     io.err << QStringLiteral("uploads: %1 sent, %2 MiB of file in %3 s (%4 MiB/s)\n")
                   .arg(uploadsSent)
                   .arg(mib, 0, 'f', 1)
@@ -123,16 +123,14 @@ void UpgradeRunner::uploaded(int index, bool sent, const QString &error)
     --active;
     if (uploading.isValid())
         uploadingMs = uploading.elapsed();
-    if (sent) {
-        ++uploadsSent;
-        bytesSent += QFileInfo(options.file).size();
-    }
     if (!sent) {
         setState(index, TargetState::Failed, error);
-    } else if (options.expectVersion.isEmpty()) {
-        setState(index, TargetState::Sent);
-    } else {
-        setState(index, TargetState::Sent);
+        startUploads();
+        return;
+    }
+    ++uploadsSent;
+    setState(index, TargetState::Sent);
+    if (!options.expectVersion.isEmpty()) {
         sentAt[index].start();
         setState(index, TargetState::WaitingForReboot);
     }

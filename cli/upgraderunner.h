@@ -57,7 +57,6 @@ private:
     QHash<int, QElapsedTimer> sentAt;
     QElapsedTimer uploading; // from the first upload's start to the last one's end
     qint64 uploadingMs = 0;
-    qint64 bytesSent = 0;
     int uploadsSent = 0;
     int active = 0;
     bool saveFailed = false;
