@@ -166,8 +166,9 @@ int runUpgrade(const QStringList &arguments, Io io)
     addUpgradeOptions(parser);
     if (const std::optional<int> stop = parseOrStop(
             parser, arguments,
-            QStringLiteral("Uploads a firmware image or web interface to cameras, a few at a time, "
-                           "and can check the version they report after their restart."),
+            QStringLiteral(
+                "Uploads a firmware image or web interface to cameras, a few at a time,\n"
+                "and can check the version they report after their restart."),
             io))
         return *stop;
     std::optional<UpgradeOptions> options = optionsFrom(parser, io);
