@@ -128,9 +128,9 @@ QMap<QString, QByteArray> TestSdCardEndToEnd::simHashes(const QString &prefix)
 void TestSdCardEndToEnd::unlockShowsStatus()
 {
     control("reset=1");
-    testsupport::answerNextModal([](QWidget *dialog) {
-        dialog->findChild<QLineEdit *>("user")->setText("admin");
-        dialog->findChild<QLineEdit *>("pass")->setText("admin");
+    testsupport::answerNextModal([this](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>("user")->setText(haisi.user);
+        dialog->findChild<QLineEdit *>("pass")->setText(haisi.password);
         // The camera is on another /24 than the tool: the dialog says so, then hands over.
         answerBoxes({""});
         QMetaObject::invokeMethod(dialog->findChild<QPushButton *>("userok"), "click",
@@ -138,7 +138,8 @@ void TestSdCardEndToEnd::unlockShowsStatus()
     });
     QMetaObject::invokeMethod(window, "mycellClickedSdmanager",
                               Q_ARG(int, rowOf(table, haisi.ip, 1)), Q_ARG(int, 1));
-    const veltor::SdCamera camera{haisi.ip, QString::number(haisi.httpPort), "admin", "admin"};
+    const veltor::SdCamera camera{haisi.ip, QString::number(haisi.httpPort), haisi.user,
+                                  haisi.password};
     const veltor::SdSizeLabels expected =
         veltor::sdSizeLabels(veltor::parseSdStatus(fetch(camera.statusUrl())));
     auto *total = window->findChild<QLabel *>("totalMenorySize");
@@ -153,7 +154,7 @@ std::unique_ptr<sdmanager> TestSdCardEndToEnd::openBrowser(const QString &target
 {
     std::unique_ptr<sdmanager> browser(new sdmanager);
     browser->setDirectoryChooser([target](QWidget *) { return target; });
-    browser->setData({haisi.ip, QString::number(haisi.httpPort), "admin", "admin"});
+    browser->setData({haisi.ip, QString::number(haisi.httpPort), haisi.password, haisi.user});
     return browser;
 }
 
