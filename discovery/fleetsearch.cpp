@@ -91,7 +91,13 @@ QUdpSocket *FleetSearch::openSender(const SearchInterface &interface, quint16 po
     }
     socket->setSocketOption(QAbstractSocket::MulticastLoopbackOption, 0);
     socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, kReceiveBufferBytes);
+    // Without its interface a group search would follow the default route,
+    // perhaps onto a network the user did not choose.
     socket->setMulticastInterface(QNetworkInterface::interfaceFromIndex(interface.index));
+    if (port == kHdsPort && socket->multicastInterface().index() != interface.index) {
+        error(QStringLiteral("cannot send HDS/1.0 searches through %1").arg(interface.name));
+        return nullptr;
+    }
     connect(socket, &QUdpSocket::readyRead, this, [=] { drain(socket, port, &interface); });
     return socket;
 }
