@@ -26,7 +26,7 @@ const QHostAddress &hdsGroup()
 class FleetSearch : public QObject
 {
 public:
-    explicit FleetSearch(const FleetSearchOptions &options) : options(options) {}
+    explicit FleetSearch(const FleetSearchOptions &options);
 
     FleetSearchResult run();
 
@@ -55,6 +55,17 @@ private:
     FleetMerge merge;
     QVector<Sender> senders;
 };
+
+// Interfaces written by hand (address and mask only) get the system's index,
+// which tells on which interface a broadcast or group reply arrived.
+FleetSearch::FleetSearch(const FleetSearchOptions &options) : options(options)
+{
+    for (SearchInterface &interface : this->options.interfaces) {
+        const std::optional<SearchInterface> known = interfaceWithAddress(interface.address);
+        if (interface.index == 0 && known)
+            interface.index = known->index;
+    }
+}
 
 void FleetSearch::error(const QString &text)
 {
