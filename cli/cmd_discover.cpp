@@ -4,6 +4,7 @@
 #include "cli/discoverreport.h"
 
 #include <QTextStream>
+#include <algorithm>
 
 namespace veltor::cli {
 
