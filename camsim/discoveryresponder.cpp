@@ -3,6 +3,7 @@
 #include "camsim/searchreplies.h"
 #include "discovery/protocolconstants.h"
 
+#include <QNetworkInterface>
 #include <QUdpSocket>
 
 namespace veltor::camsim {
@@ -24,7 +25,25 @@ QUdpSocket *DiscoveryResponder::openShared(quint16 port, QString *error)
     return socket;
 }
 
-bool DiscoveryResponder::start(QString *error)
+bool DiscoveryResponder::joinGroup(QUdpSocket *socket, bool everyLink)
+{
+    const QHostAddress group{QLatin1String(kHdsGroup)};
+    bool joined = socket->joinMulticastGroup(group);
+    if (!everyLink)
+        return joined;
+    const auto links = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface &link : links) {
+        const auto flags = link.flags();
+        // The default link is joined already; joining it again fails harmlessly.
+        if (flags.testFlag(QNetworkInterface::IsUp) &&
+            flags.testFlag(QNetworkInterface::CanMulticast) &&
+            !flags.testFlag(QNetworkInterface::IsLoopBack))
+            joined = socket->joinMulticastGroup(group, link) || joined;
+    }
+    return joined;
+}
+
+bool DiscoveryResponder::start(bool everyLink, QString *error)
 {
     QUdpSocket *binary = openShared(kBinarySearchPort, error);
     QUdpSocket *hds = binary ? openShared(kHdsPort, error) : nullptr;
@@ -32,7 +51,7 @@ bool DiscoveryResponder::start(QString *error)
         return false;
     // Without a multicast route (no network at all) only the binary search is
     // answered; that is worth a warning, not a refusal to start.
-    if (!hds->joinMulticastGroup(QHostAddress(QLatin1String(kHdsGroup))))
+    if (!joinGroup(hds, everyLink))
         qWarning("veltor-camsim: cannot join %s (%s): Haisi cameras will not hear searches",
                  kHdsGroup, qPrintable(hds->errorString()));
     return true;

@@ -22,7 +22,9 @@ class DiscoveryResponder : public QObject
 public:
     explicit DiscoveryResponder(QObject *parent = nullptr);
 
-    bool start(QString *error);
+    // With `everyLink` the HDS group is joined on every link, for a camera
+    // namespace joined to the tool by several: membership is per link.
+    bool start(bool everyLink, QString *error);
     void addCamera(SimCamera *camera);
     // Datagrams from these addresses are our own cameras' replies coming back.
     void ignoreSenders(const QSet<QHostAddress> &addresses) { ownAddresses = addresses; }
@@ -36,6 +38,7 @@ signals:
 
 private:
     QUdpSocket *openShared(quint16 port, QString *error);
+    static bool joinGroup(QUdpSocket *socket, bool everyLink);
 
     QVector<SimCamera *> cameras;
     QSet<QHostAddress> ownAddresses;

@@ -39,7 +39,7 @@ bool Fleet::start(QString *error)
         searches->addCamera(camera);
     }
     searches->ignoreSenders(own);
-    return searches->start(error);
+    return searches->start(options.everyLink, error);
 }
 
 void Fleet::installFleetRoute(SimCamera &camera)

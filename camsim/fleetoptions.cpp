@@ -52,6 +52,18 @@ QStringList addresses(const QString &base, int count)
     return list;
 }
 
+QStringList interleavedAddresses(const QStringList &bases, int count)
+{
+    const int ranges = qMax(1, int(bases.size()));
+    QVector<QStringList> perRange;
+    for (const QString &base : bases)
+        perRange << addresses(base, (count + ranges - 1) / ranges);
+    QStringList list;
+    for (int index = 0; index < count; ++index)
+        list << perRange[index % ranges][index / ranges];
+    return list;
+}
+
 struct Option
 {
     QString name;
@@ -64,11 +76,15 @@ const QList<Option> &optionList()
     static const QList<Option> list{
         {"winbond", "Number of Winbond cameras.", "N"},
         {"haisi", "Number of Haisi cameras.", "N"},
-        {"base-ip", "Address of the first camera (default 10.78.1.1).", "IP"},
+        {"base-ip",
+         "Address of the first camera (default 10.78.1.1); given several times, the cameras "
+         "take turns between the ranges.",
+         "IP"},
         {"mask", "Subnet mask the cameras report.", "MASK"},
         {"gateway", "Gateway the cameras report.", "IP"},
         {"dns", "DNS server the cameras report.", "IP"},
         {"bind-each-ip", "Every camera listens on its own address (must exist on this host).", ""},
+        {"every-link", "Join the HDS group on every link, to hear searches arriving on any.", ""},
         {"listen", "Address the cameras listen on without --bind-each-ip.", "IP"},
         {"http-port", "HTTP port (without --bind-each-ip: of the first camera).", "PORT"},
         {"dhcp", "Cameras report DHCP on.", ""},
@@ -137,14 +153,28 @@ bool readNumbers(const QCommandLineParser &parser, FleetOptions *options, QStrin
     return true;
 }
 
+bool wrongAddress(const QString &name, const QString &text, QString *error)
+{
+    if (isIpv4(text))
+        return false;
+    *error = QStringLiteral("--%1 wants an IPv4 address, not \"%2\"").arg(name, text);
+    return true;
+}
+
 bool readAddresses(const QCommandLineParser &parser, FleetOptions *options, QString *error)
 {
+    const QString baseIp = QStringLiteral("base-ip");
+    if (parser.isSet(baseIp))
+        options->baseIps = parser.values(baseIp);
+    for (const QString &text : qAsConst(options->baseIps)) {
+        if (wrongAddress(baseIp, text, error))
+            return false;
+    }
     const struct
     {
         const char *name;
         QString *value;
-    } texts[] = {{"base-ip", &options->baseIp},
-                 {"mask", &options->mask},
+    } texts[] = {{"mask", &options->mask},
                  {"gateway", &options->gateway},
                  {"dns", &options->dns},
                  {"listen", &options->listenAddress}};
@@ -152,11 +182,8 @@ bool readAddresses(const QCommandLineParser &parser, FleetOptions *options, QStr
         const QString name = QLatin1String(text.name);
         if (!parser.isSet(name))
             continue;
-        if (!isIpv4(parser.value(name))) {
-            *error = QStringLiteral("--%1 wants an IPv4 address, not \"%2\"")
-                         .arg(name, parser.value(name));
+        if (wrongAddress(name, parser.value(name), error))
             return false;
-        }
         *text.value = parser.value(name);
     }
     return true;
@@ -179,6 +206,7 @@ void readTexts(const QCommandLineParser &parser, FleetOptions *options)
             *text.value = parser.value(QLatin1String(text.name));
     }
     options->bindEachIp = parser.isSet(QStringLiteral("bind-each-ip"));
+    options->everyLink = parser.isSet(QStringLiteral("every-link"));
     options->dhcp = parser.isSet(QStringLiteral("dhcp"));
     options->behaviour.unicast = parser.isSet(QStringLiteral("unicast"));
     options->behaviour.hostOnly = parser.isSet(QStringLiteral("host-only"));
@@ -238,7 +266,7 @@ bool makeCameraSettings(const FleetOptions &options, QVector<CameraSettings> *ca
                      .arg(total);
         return false;
     }
-    const QStringList ips = addresses(options.baseIp, total);
+    const QStringList ips = interleavedAddresses(options.baseIps, total);
     for (int index = 0; index < total; ++index) {
         const bool winbond = index < options.winbond;
         const int number = (winbond ? index : index - options.winbond) + 1;

@@ -13,11 +13,14 @@ struct FleetOptions
 {
     int winbond = 0;
     int haisi = 0;
-    QString baseIp = QStringLiteral("10.78.1.1");
+    // Addresses of the first cameras; with several, the cameras take turns
+    // between the ranges (camera i gets the (i / n)-th address of range i % n).
+    QStringList baseIps{QStringLiteral("10.78.1.1")};
     QString mask = QStringLiteral("255.255.0.0");
     QString gateway = QStringLiteral("10.78.0.1");
     QString dns = QStringLiteral("10.78.0.1");
     bool bindEachIp = false;
+    bool everyLink = false; // hear HDS searches on every link, not only the default one
     QString listenAddress = QStringLiteral("0.0.0.0"); // when not binding each IP
     quint16 httpPort = 80;
     bool dhcp = false;

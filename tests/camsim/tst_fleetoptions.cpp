@@ -54,6 +54,12 @@ void TestFleetOptions::cameras_data()
                                                  << "02:56:4C:00:01:02";
     QTest::newRow("addresses skip .255 and .0") << "--winbond 3 --base-ip 10.78.1.254" << 2 << "ip"
                                                 << "10.78.2.2";
+    QTest::newRow("two ranges take turns")
+        << "--winbond 2 --haisi 3 --base-ip 10.79.1.1 --base-ip 10.80.1.254" << 3 << "ip"
+        << "10.80.2.1";
+    QTest::newRow("two ranges, the first")
+        << "--winbond 5 --base-ip 10.79.1.1 --base-ip 10.80.1.1" << 4 << "ip"
+        << "10.79.1.3";
     QTest::newRow("own address: one port")
         << "--haisi 3 --bind-each-ip --http-port 81" << 2 << "port"
         << "81";
@@ -81,6 +87,8 @@ void TestFleetOptions::cameras_data()
                                << "--winbond wants a number";
     QTest::newRow("bad address") << "--winbond 1 --base-ip 10.78.1" << -1 << ""
                                  << "--base-ip wants an IPv4 address";
+    QTest::newRow("bad second range") << "--winbond 1 --base-ip 10.79.1.1 --base-ip ten" << -1 << ""
+                                      << "--base-ip wants an IPv4 address, not \"ten\"";
     QTest::newRow("bad malformed") << "--winbond 1 --malformed odd" << -1 << ""
                                    << "--malformed wants";
     QTest::newRow("unknown override") << "--winbond 1 --camera 0:colour=red" << -1 << ""

@@ -1,5 +1,5 @@
 #!/bin/bash
-# with-cameras.sh [veltor-camsim options] -- COMMAND [ARGS...]
+# with-cameras.sh [--two-networks] [veltor-camsim options] -- COMMAND [ARGS...]
 #
 # Runs COMMAND with simulated cameras on a network of its own: COMMAND in a
 # private network namespace (the tool's side), veltor-camsim in a child
@@ -7,6 +7,17 @@
 #
 #   tool side     v0  10.78.0.1/16, default route on v0
 #   camera side   v1  10.78.0.2/16 and one address per camera, default route on v1
+#
+# With --two-networks (first argument) the namespaces are joined by two pairs,
+# two networks the tool searches at once:
+#
+#   tool side     va0 10.79.0.1/16 (default route), vb0 10.80.0.1/16
+#   camera side   va1 10.79.0.2/16, vb1 10.80.0.2/16; a camera address in
+#                 10.80/16 lives on vb1, every other one on va1, so a camera
+#                 misconfigured onto a third subnet is still heard on va0
+#
+# and the simulator hears searches on both links (--every-link). Give it two
+# ranges, e.g. --base-ip 10.79.1.1 --base-ip 10.80.1.1.
 #
 # Broadcast, multicast and unicast all work across the pair, while nothing of
 # it reaches the host: with only "lo" in a namespace multicast sends and
@@ -18,7 +29,7 @@
 #
 # COMMAND sees:
 #   VELTOR_CAMSIM_STATUS  JSON file describing the fleet ({"cameras": [...]})
-#   VELTOR_TOOL_IP        the tool side's address, 10.78.0.1
+#   VELTOR_TOOL_IP        the tool side's (first) address, 10.78.0.1 or 10.79.0.1
 # Exit status: COMMAND's; 77 (ctest's skip code) with a message when network
 # namespaces cannot be made here; 2 for bad usage.
 #
@@ -26,9 +37,17 @@
 
 set -u
 readonly SKIP=77
-readonly TOOL_IP=10.78.0.1
-readonly CAMERA_LINK_IP=10.78.0.2
 readonly PREFIX=16
+# One network per entry: tool side link, its address, camera side link, its address.
+if [[ ${1:-} == --two-networks || ${VELTOR_NETNS_NETWORKS:-} == 2 ]]; then
+    [[ ${1:-} != --two-networks ]] || shift
+    export VELTOR_NETNS_NETWORKS=2
+    readonly NETWORKS=("va0 10.79.0.1 va1 10.79.0.2" "vb0 10.80.0.1 vb1 10.80.0.2")
+else
+    readonly NETWORKS=("v0 10.78.0.1 v1 10.78.0.2")
+fi
+read -r _ TOOL_IP _ _ <<<"${NETWORKS[0]}"
+readonly TOOL_IP
 
 here=$(cd "$(dirname "$0")" && pwd)
 camsim=${VELTOR_CAMSIM:-$here/../../build/camsim/veltor-camsim}
@@ -81,17 +100,45 @@ enter_tool_namespace() {
     VELTOR_NETNS_STAGE=tool VELTOR_CAMSIM=$camsim exec unshare $flags "$0" "$@"
 }
 
-# Camera side: wait for the link, give every camera its address, run the fleet.
+# Brings up one end of every network: $1 is the field of the link names (0
+# tool side, 2 camera side). The first network carries the default route.
+bring_up_links() {
+    local fields network link address
+    for network in "${NETWORKS[@]}"; do
+        read -ra fields <<<"$network"
+        link=${fields[$1]} address=${fields[$1 + 1]}
+        ip link set "$link" up && ip addr add "$address/$PREFIX" dev "$link" || return 1
+    done
+    read -ra fields <<<"${NETWORKS[0]}"
+    ip route add default dev "${fields[$1]}"
+}
+
+# "addr add" lines for ip -batch: each camera address (once, when cameras
+# share one) on the camera-side link of the network whose /16 holds it.
+camera_address_batch() {
+    local address network fields link
+    sort -u "$1" | while read -r address; do
+        read -ra fields <<<"${NETWORKS[0]}"
+        link=${fields[2]}
+        for network in "${NETWORKS[@]}"; do
+            read -ra fields <<<"$network"
+            [[ ${address%.*.*} == "${fields[3]%.*.*}" ]] && link=${fields[2]}
+        done
+        echo "addr add $address/$PREFIX dev $link"
+    done
+}
+
+# Camera side: wait for the links, give every camera its address, run the fleet.
 run_cameras() {
-    local work=$VELTOR_NETNS_WORK
+    local work=$VELTOR_NETNS_WORK every_link=()
     touch "$work/cameras-namespace"
     wait_for "$work/link-ready" 10 || exit 1
-    ip link set lo up && ip link set v1 up &&
-        ip addr add "$CAMERA_LINK_IP/$PREFIX" dev v1 && ip route add default dev v1 || exit 1
+    ip link set lo up && bring_up_links 2 || exit 1
     if [[ -s $work/addresses ]]; then
-        sed "s|.*|addr add &/$PREFIX dev v1|" "$work/addresses" | ip -batch - || exit 1
+        camera_address_batch "$work/addresses" | ip -batch - || exit 1
     fi
-    exec "$camsim" "$@" --bind-each-ip --status-file "$work/fleet.json"
+    ((${#NETWORKS[@]} == 1)) || every_link=(--every-link)
+    exec "$camsim" "$@" "${every_link[@]}" --bind-each-ip --status-file "$work/fleet.json"
 }
 
 # Tool side: make the camera namespace, link it, wait for the fleet, run COMMAND.
@@ -106,10 +153,21 @@ run_tool() {
     VELTOR_NETNS_STAGE=cameras VELTOR_NETNS_WORK=$work unshare -n "$0" "${camsim_args[@]}" &
     cameras_pid=$!
     wait_for "$work/cameras-namespace" 10 "$cameras_pid" || skip "the camera namespace did not start"
-    ip link add v0 type veth peer name v1 netns "$cameras_pid" 2>/dev/null ||
-        skip "cannot create a veth pair here"
-    ip link set v0 up && ip addr add "$TOOL_IP/$PREFIX" dev v0 && ip route add default dev v0 ||
-        exit 1
+    local network fields
+    for network in "${NETWORKS[@]}"; do
+        read -ra fields <<<"$network"
+        ip link add "${fields[0]}" type veth peer name "${fields[2]}" netns "$cameras_pid" \
+            2>/dev/null || skip "cannot create a veth pair here"
+    done
+    bring_up_links 0 || exit 1
+    # A camera answering from another network's address (a misconfigured one, or
+    # one answering the searcher) comes in on a link its address is not routed
+    # through; strict reverse-path filtering would drop it.
+    if ((${#NETWORKS[@]} > 1)); then
+        for network in all default "${NETWORKS[@]%% *}"; do
+            sysctl -qw "net.ipv4.conf.$network.rp_filter=0" 2>/dev/null
+        done
+    fi
     touch "$work/link-ready"
     if ! wait_for "$work/fleet.json" 120 "$cameras_pid"; then
         echo "with-cameras: the simulator did not get ready" >&2
