@@ -1,0 +1,55 @@
+#include "cli/discoverreport.h"
+
+#include <QTextStream>
+
+namespace veltor::cli {
+
+namespace {
+
+int prefixLength(const QHostAddress &netmask)
+{
+    return netmask.isNull() ? 32 : qPopulationCount(netmask.toIPv4Address());
+}
+
+} // namespace
+
+void reportInterfaces(QTextStream &err, const QVector<SearchInterface> &interfaces)
+{
+    err << "Interfaces probed:";
+    for (const SearchInterface &each : interfaces) {
+        err << ' ' << each.name << ' ' << each.address.toString() << '/'
+            << prefixLength(each.netmask);
+        if (!each.broadcast.isNull())
+            err << " (broadcast " << each.broadcast.toString() << ')';
+        if (&each != &interfaces.last())
+            err << ',';
+    }
+    err << '\n';
+    err.flush();
+}
+
+void reportSearch(QTextStream &err, const FleetSearchResult &result)
+{
+    for (const QString &error : result.errors)
+        err << "veltor-cli discover: " << error << '\n';
+    const SearchStats &stats = result.stats;
+    err << "Sent: " << stats.binarySent << " binary searches (UDP 10000), " << stats.hdsSent
+        << " HDS/1.0 searches (239.255.250.150:8002)\n"
+        << "Received: " << stats.replies << " replies, " << result.cameras.size() << " cameras, "
+        << stats.duplicates << " duplicates merged, " << stats.malformed << " malformed dropped";
+    if (stats.ignored > 0)
+        err << ", " << stats.ignored << " on other interfaces ignored";
+    err << '\n';
+    if (result.cameras.isEmpty()) {
+        err << "No camera answered. Usual causes:\n"
+               "  - a firewall dropping UDP ports 10000 or 8002 (the replies come back as\n"
+               "    broadcasts and multicasts, which stateful firewalls do not match to the "
+               "search);\n"
+               "  - the wrong interface: list them with \"ip -4 addr\" and pick one with "
+               "--interface;\n"
+               "  - cameras on another subnet behind a router: searches do not cross routers.\n";
+    }
+    err.flush();
+}
+
+} // namespace veltor::cli
