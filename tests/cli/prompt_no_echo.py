@@ -12,6 +12,7 @@ import json
 import os
 import pty
 import select
+import signal
 import sys
 import termios
 import time
@@ -62,11 +63,17 @@ def main():
         fail("echo is on while the prompt waits", seen)
     os.write(fd, password + b"\n")
     seen += read_until(fd, b"\x00never", 60)
-    _, code = os.waitpid(pid, 0)
+    done, code = os.waitpid(pid, os.WNOHANG)
+    if not done:
+        os.kill(pid, signal.SIGKILL)
+        os.waitpid(pid, 0)
+        fail("the command still waits after the password was typed", seen)
     if password in seen:
         fail("the password appeared on the terminal", seen)
     if os.waitstatus_to_exitcode(code) != 0 or b"Status: Ready" not in seen:
         fail("the typed password was not used", seen)
+    if not termios.tcgetattr(fd)[3] & termios.ECHO:
+        fail("echo stayed off after the command", seen)
     print("PASS")
 
 
