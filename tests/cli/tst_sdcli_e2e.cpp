@@ -3,9 +3,8 @@
 // levels, get of files and folders compared by SHA-256 with what the camera
 // serves, format, and the failures. No run may show the password.
 #include "camsimfleet.h"
+#include "filehashes.h"
 
-#include <QCryptographicHash>
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -21,20 +20,6 @@ struct Run
     QString out;
     QString err;
 };
-
-// Files below `dir`, relative path -> SHA-256 in hex.
-QMap<QString, QString> localHashes(const QString &dir)
-{
-    QMap<QString, QString> found;
-    QDirIterator it(dir, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        QFile file(it.next());
-        file.open(QIODevice::ReadOnly);
-        found.insert(file.fileName().mid(dir.size() + 1),
-                     QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex());
-    }
-    return found;
-}
 
 } // namespace
 
@@ -61,7 +46,7 @@ private:
     Run cli(const QStringList &arguments, const QString &password);
     Run sd(const QStringList &arguments) { return cli(arguments, haisi.password); }
     QJsonArray control(const QString &query);
-    QMap<QString, QString> simHashes(const QString &prefix);
+    QMap<QString, QByteArray> simHashes(const QString &prefix);
 
     QVector<camsimfleet::Camera> cameras;
     camsimfleet::Camera haisi;  // with a card
@@ -115,13 +100,13 @@ QJsonArray TestSdCliEndToEnd::control(const QString &query)
     return camsimfleet::fetchJson(haisi, "/camsim/sdcard?" + query).value("files").toArray();
 }
 
-QMap<QString, QString> TestSdCliEndToEnd::simHashes(const QString &prefix)
+QMap<QString, QByteArray> TestSdCliEndToEnd::simHashes(const QString &prefix)
 {
-    QMap<QString, QString> hashes;
+    QMap<QString, QByteArray> hashes;
     for (const QJsonValue &file : control("hashes=1")) {
         const QString path = file["path"].toString();
         if (path.startsWith(prefix))
-            hashes.insert(path.mid(prefix.size()), file["sha256"].toString());
+            hashes.insert(path.mid(prefix.size()), file["sha256"].toString().toLatin1());
     }
     return hashes;
 }
@@ -244,8 +229,8 @@ void TestSdCliEndToEnd::get()
     const QString dest = sandbox.filePath("dest");
     const Run run = sd({"get", path, dest, "--user", haisi.user, haisi.mac});
     QCOMPARE(run.code, lost.isEmpty() ? 0 : 1);
-    QMap<QString, QString> expected;
-    const QMap<QString, QString> onCamera = simHashes(fromCamera);
+    QMap<QString, QByteArray> expected;
+    const QMap<QString, QByteArray> onCamera = simHashes(fromCamera);
     for (auto it = onCamera.begin(); it != onCamera.end(); ++it) {
         const QString name =
             fromCamera.endsWith('/') || fromCamera.isEmpty() ? local + it.key() : local;
@@ -253,7 +238,7 @@ void TestSdCliEndToEnd::get()
             expected.insert(name, it.value());
     }
     QVERIFY(!expected.isEmpty());
-    QCOMPARE(localHashes(dest), expected);
+    QCOMPARE(testsupport::fileHashes(dest), expected);
     QCOMPARE(run.out.count('\n'), expected.size()); // one line a file
     if (!lost.isEmpty())
         QVERIFY2(run.err.contains("not fetched: " + lost), qPrintable(run.err));
@@ -284,7 +269,7 @@ void TestSdCliEndToEnd::getKeepsWhatIsThere()
     control("cut=20261123/images001/P26112310000101.jpg");
     const Run replacing = sd(arguments + QStringList{"--overwrite"});
     QCOMPARE(replacing.code, 1);
-    QCOMPARE(localHashes(dest.filePath("images001")), simHashes("20261123/images001/"));
+    QCOMPARE(testsupport::fileHashes(dest.filePath("images001")), simHashes("20261123/images001/"));
 }
 
 void TestSdCliEndToEnd::fails_data()

@@ -10,10 +10,10 @@
 #include "boxes.h"
 #include "camsimfleet.h"
 #include "fakecard.h"
+#include "filehashes.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
@@ -46,19 +46,6 @@ int rowOf(const QTableWidget *table, const QString &text, int column)
             return row;
     }
     return -1;
-}
-
-// Files below `dir`, relative path -> SHA-256.
-QMap<QString, QByteArray> localHashes(const QString &dir)
-{
-    QMap<QString, QByteArray> found;
-    QDirIterator it(dir, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        QFile file(it.next());
-        file.open(QIODevice::ReadOnly);
-        found.insert(file.fileName().mid(dir.size() + 1), sha256(file.readAll()));
-    }
-    return found;
 }
 
 } // namespace
@@ -274,7 +261,7 @@ void TestSdCardEndToEnd::download()
     }
     const QStringList stamps = QDir(target.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QCOMPARE(stamps.size(), 1);
-    QCOMPARE(localHashes(target.path() + '/' + stamps.first()), expected);
+    QCOMPARE(testsupport::fileHashes(target.path() + '/' + stamps.first()), expected);
 }
 
 void TestSdCardEndToEnd::winbondHasNoCard()

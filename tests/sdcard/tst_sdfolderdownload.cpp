@@ -5,8 +5,8 @@
 #include "sdcard/sdfolderdownload.h"
 
 #include "fakecard.h"
+#include "filehashes.h"
 
-#include <QDirIterator>
 #include <QNetworkAccessManager>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -14,19 +14,6 @@
 namespace {
 
 const char kPassword[] = "pw&s3cret";
-
-// Every file below `dir`, relative path -> SHA-256.
-QMap<QString, QByteArray> localHashes(const QString &dir)
-{
-    QMap<QString, QByteArray> found;
-    QDirIterator it(dir, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        QFile file(it.next());
-        file.open(QIODevice::ReadOnly);
-        found.insert(file.fileName().mid(dir.size() + 1), sha256(file.readAll()));
-    }
-    return found;
-}
 
 // A folder listing naming one sub-folder, in the camera's columns.
 QByteArray folderListing(const QByteArray &name)
@@ -175,7 +162,7 @@ void TestSdFolderDownload::walk()
         if (it.key().startsWith(from) && !gone)
             expected.insert(local + it.key().mid(from.size()), sha256(it.value()));
     }
-    QCOMPARE(localHashes(dest), expected);
+    QCOMPARE(testsupport::fileHashes(dest), expected);
     QCOMPARE(QDir(sandbox->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{"dest"});
     if (reported.isEmpty()) {
