@@ -45,8 +45,11 @@ private slots:
 private:
     Run cli(const QStringList &arguments, const QString &password);
     Run sd(const QStringList &arguments) { return cli(arguments, haisi.password); }
-    QJsonArray control(const QString &query);
-    QMap<QString, QByteArray> simHashes(const QString &prefix);
+    QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
+    QMap<QString, QByteArray> simHashes(const QString &prefix)
+    {
+        return camsimfleet::sdCardHashes(haisi, prefix);
+    }
 
     QVector<camsimfleet::Camera> cameras;
     camsimfleet::Camera haisi;  // with a card
@@ -93,22 +96,6 @@ Run TestSdCliEndToEnd::cli(const QStringList &arguments, const QString &password
     run.err = QString::fromUtf8(process.readAllStandardError());
     shown << run.out << run.err;
     return run;
-}
-
-QJsonArray TestSdCliEndToEnd::control(const QString &query)
-{
-    return camsimfleet::fetchJson(haisi, "/camsim/sdcard?" + query).value("files").toArray();
-}
-
-QMap<QString, QByteArray> TestSdCliEndToEnd::simHashes(const QString &prefix)
-{
-    QMap<QString, QByteArray> hashes;
-    for (const QJsonValue &file : control("hashes=1")) {
-        const QString path = file["path"].toString();
-        if (path.startsWith(prefix))
-            hashes.insert(path.mid(prefix.size()), file["sha256"].toString().toLatin1());
-    }
-    return hashes;
 }
 
 void TestSdCliEndToEnd::status_data()

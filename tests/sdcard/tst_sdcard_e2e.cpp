@@ -65,8 +65,11 @@ private slots:
     void formatEmptiesCard();
 
 private:
-    QJsonArray control(const QString &query);
-    QMap<QString, QByteArray> simHashes(const QString &prefix);
+    QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
+    QMap<QString, QByteArray> simHashes(const QString &prefix)
+    {
+        return camsimfleet::sdCardHashes(haisi, prefix);
+    }
     std::unique_ptr<sdmanager> openBrowser(const QString &target);
     bool enter(sdmanager *browser, const QString &folder);
 
@@ -90,26 +93,6 @@ void TestSdCardEndToEnd::initTestCase()
     table = window->findChild<QTableWidget *>("tableWidgetSearch_4");
     QMetaObject::invokeMethod(window, "on_searchButton_clicked");
     QTRY_COMPARE_WITH_TIMEOUT(table->rowCount(), cameras.size(), 15000);
-}
-
-QJsonArray TestSdCardEndToEnd::control(const QString &query)
-{
-    const QUrl url(QStringLiteral("http://%1:%2/camsim/sdcard?%3")
-                       .arg(haisi.ip)
-                       .arg(haisi.httpPort)
-                       .arg(query));
-    return QJsonDocument::fromJson(fetch(url)).object().value("files").toArray();
-}
-
-QMap<QString, QByteArray> TestSdCardEndToEnd::simHashes(const QString &prefix)
-{
-    QMap<QString, QByteArray> hashes;
-    for (const QJsonValue &file : control("hashes=1")) {
-        const QString path = file["path"].toString();
-        if (path.startsWith(prefix))
-            hashes.insert(path.mid(prefix.size()), file["sha256"].toString().toLatin1());
-    }
-    return hashes;
 }
 
 void TestSdCardEndToEnd::unlockShowsStatus()
