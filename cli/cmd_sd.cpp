@@ -62,10 +62,12 @@ void addSdOptions(QCommandLineParser &parser)
         {QStringLiteral("yes"), QStringLiteral("Confirms format: every file on the card is lost.")},
         {QStringLiteral("overwrite"),
          QStringLiteral("get: replace files already in DEST (each once it arrived whole).")},
-        {QStringLiteral("format"), QStringLiteral("Output of status and ls: text or json."),
-         QStringLiteral("F"), QStringLiteral("text")},
+        {QStringLiteral("format"),
+         QStringLiteral("Output of status and ls: text (default) or json."),
+         QStringLiteral("FORMAT"), QStringLiteral("text")},
         {QStringLiteral("wait"),
-         QStringLiteral("Milliseconds to wait for answers after each search round."),
+         QStringLiteral("Milliseconds to wait for answers after each search round (100 to "
+                        "60000, default 2000)."),
          QStringLiteral("MS"), QStringLiteral("2000")},
     });
     parser.addPositionalArgument(QStringLiteral("action"),

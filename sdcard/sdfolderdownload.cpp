@@ -62,7 +62,7 @@ bool SdFolderDownload::fetchFile(const QUrl &url, const QString &localDir)
     const QString target = localDir + QLatin1Char('/') + name;
     QString error;
     if (name.isEmpty() || sdLocalName(name) != name) {
-        error = tr("not a valid file name");
+        failures << tr("%1 (not a valid file name)").arg(shown);
     } else if (keepExisting && (QFileInfo::exists(target) || QFileInfo(target).isSymLink())) {
         kept << target;
         return true;
@@ -70,8 +70,9 @@ bool SdFolderDownload::fetchFile(const QUrl &url, const QString &localDir)
         if (onFile)
             onFile(shown, target);
         return true;
+    } else {
+        failures << tr("%1 (%2)").arg(shown, error);
     }
-    failures << QStringLiteral("%1 (%2)").arg(shown, error);
     if (onFile)
         onFile(shown, QString());
     return false;
