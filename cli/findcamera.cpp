@@ -19,8 +19,14 @@ std::optional<SeenCamera> findCamera(const QString &target, int waitMs, const QS
     const FleetSearchResult result = searchFleet(options);
     QStringList missing;
     const QVector<SeenCamera> chosen = selectTargets(result.cameras, {target}, &missing);
-    if (!chosen.isEmpty())
-        return chosen.first();
+    if (!chosen.isEmpty()) {
+        // E.g. other-subnet: the requests that follow may fail for that reason.
+        const SeenCamera &camera = chosen.first();
+        if (!camera.findings.isEmpty())
+            io.err << "veltor-cli " << command << ": note: " << camera.record.ip << ": "
+                   << camera.findings.join(QLatin1String(", ")) << '\n';
+        return camera;
+    }
     for (const QString &error : result.errors)
         io.err << "veltor-cli " << command << ": " << error << '\n';
     io.err << "veltor-cli " << command << ": no camera answered as " << target << '\n';
