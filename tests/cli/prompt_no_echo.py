@@ -34,6 +34,16 @@ def read_until(fd, wanted, seconds):
     return seen
 
 
+def wait_briefly(pid, seconds):
+    """The child's (pid, status), or (0, 0) when it has not ended in time."""
+    end = time.monotonic() + seconds
+    while True:
+        done, code = os.waitpid(pid, os.WNOHANG)
+        if done or time.monotonic() > end:
+            return done, code
+        time.sleep(0.05)
+
+
 def fail(message, seen=b""):
     print("FAIL:", message)
     print("terminal showed:", seen.decode(errors="replace"))
@@ -62,8 +72,8 @@ def main():
     if termios.tcgetattr(fd)[3] & termios.ECHO:
         fail("echo is on while the prompt waits", seen)
     os.write(fd, password + b"\n")
-    seen += read_until(fd, b"\x00never", 60)
-    done, code = os.waitpid(pid, os.WNOHANG)
+    seen += read_until(fd, b"\x00never", 60)  # to the end of the output
+    done, code = wait_briefly(pid, 10)
     if not done:
         os.kill(pid, signal.SIGKILL)
         os.waitpid(pid, 0)
