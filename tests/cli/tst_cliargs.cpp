@@ -90,6 +90,10 @@ void tst_cliargs::exitStatus()
     QVERIFY(!errText.contains("Password:"));
     if (code == Success)
         QVERIFY(!outText.isEmpty());
+    // A command's help names the command, not the program's path.
+    if (arguments.size() == 2 && arguments.at(1) == "--help")
+        QVERIFY2(outText.startsWith("Usage: veltor-cli " + arguments.first() + " [options]"),
+                 qPrintable(outText.left(80)));
 }
 
 void tst_cliargs::sdPath_data()

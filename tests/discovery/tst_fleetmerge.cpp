@@ -24,10 +24,12 @@ ReceivedReply hds(const QByteArray &data, const QString &source = "192.168.1.20"
     return {data, kHdsPort, QHostAddress(source), interface};
 }
 
-replybuilder::WinbondFields winbondAt(QList<int> ip, const QByteArray &mac)
+replybuilder::WinbondFields winbondAt(const QString &ip, const QByteArray &mac)
 {
     replybuilder::WinbondFields fields;
-    fields.ip = ip;
+    fields.ip.clear();
+    for (const QString &part : ip.split(QLatin1Char('.')))
+        fields.ip << part.toInt();
     fields.mac = mac;
     return fields;
 }
@@ -89,7 +91,7 @@ void TestFleetMerge::outcome_data()
         << hds(replybuilder::hdsCamera("192.168.1.99", "00:0a:1b:2c:3d:4e"), "192.168.1.99")
         << int(FleetMerge::Duplicate);
     QTest::newRow("another MAC, same IP")
-        << winbond(replybuilder::winbondReply(winbondAt({192, 168, 1, 20}, "000A1B2C3D4F")))
+        << winbond(replybuilder::winbondReply(winbondAt("192.168.1.20", "000A1B2C3D4F")))
         << int(FleetMerge::NewCamera);
     QTest::newRow("HDS camera") << hds(replybuilder::hdsCamera("192.168.1.30", "00:11:22:33:44:55"))
                                 << int(FleetMerge::NewCamera);
@@ -123,8 +125,7 @@ void TestFleetMerge::cameraHeardOnTwoInterfaces()
 void TestFleetMerge::windowOrder()
 {
     FleetMerge merge;
-    const QList<QList<int>> ips{
-        {192, 168, 1, 99}, {192, 168, 10, 1}, {200, 200, 200, 200}, {192, 168, 1, 99}};
+    const QStringList ips{"192.168.1.99", "192.168.10.1", "200.200.200.200", "192.168.1.99"};
     for (int i = 0; i < ips.size(); ++i)
         merge.add(winbond(
             replybuilder::winbondReply(winbondAt(ips[i], "00000000000" + QByteArray::number(i)))));
