@@ -115,6 +115,9 @@ public slots:
 private:
     // discovery/ helpers
     QList<QTableWidget *> deviceTables() const;
+    // Reads a receiver's replies for one time slice, then yields to pending
+    // events and goes on, so a flood of replies never freezes the window.
+    void drainReceiver(QUdpSocket *receiver);
     // Each reply is kept raw, then listed once per MAC at its key's position.
     void listWinbondReply(const QByteArray &datagram);
     void listHdsReply(const QByteArray &datagram);

@@ -2,6 +2,8 @@
 
 #include "auth/cameraurl.h"
 
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QStringList>
 
 namespace veltor {
@@ -27,6 +29,14 @@ bool sameSubnet24(const QString &a, const QString &b)
             return false;
     }
     return true;
+}
+
+QNetworkReply *getOutcomeOnly(QNetworkAccessManager *manager, const QNetworkRequest &request)
+{
+    QNetworkReply *reply = manager->get(request);
+    QObject::connect(reply, &QIODevice::readyRead, reply,
+                     [reply] { reply->skip(reply->bytesAvailable()); });
+    return reply;
 }
 
 } // namespace veltor

@@ -4,6 +4,10 @@
 #include <QUrl>
 
 // How a camera's user name and password are checked over HTTP.
+class QNetworkAccessManager;
+class QNetworkReply;
+class QNetworkRequest;
+
 namespace veltor {
 
 // The CGI that answers 200 for valid credentials and 401 otherwise:
@@ -14,6 +18,11 @@ QUrl credentialCheckUrl(const QString &ip, const QString &port, const QString &f
 
 // True when parts 0 to 2 of both dotted addresses are the same text: only a
 // camera on the PC's own /24 can be asked over HTTP.
+// GET for a request judged on its outcome alone: the body is dropped as it
+// arrives, so a camera answering with a huge or endless one cannot fill the
+// memory.
+QNetworkReply *getOutcomeOnly(QNetworkAccessManager *manager, const QNetworkRequest &request);
+
 bool sameSubnet24(const QString &a, const QString &b);
 
 } // namespace veltor

@@ -66,7 +66,7 @@ void userCheckDialog::on_userok_clicked()
     request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
     if (veltor::sameSubnet24(cameraIp, localAddress)) {
         ui->userok->setEnabled(false);
-        manager->get(request);
+        veltor::getOutcomeOnly(manager, request);
         return;
     }
     QMessageBox::critical(this, tr("Authentication"),

@@ -4,6 +4,7 @@
 //     with M from now on: never, drip (one byte a second), garbage (100 MiB),
 //     cut (closes mid-body), 401, 500, redirect (to itself, forever),
 //     noequals, noquotes, millionlines, longlines (1 MiB each); off
+//     reset: uploads are taken for 256 KiB, then the connection is reset
 //   /camsim/hostile?udp=sizes  random datagrams of 0..65507 bytes to the
 //     asker's 10000 and 8002, from this camera's address
 //   /camsim/hostile?udp=flood&rate=N&seconds=S  N datagrams a second: search
@@ -16,10 +17,13 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPointer>
 #include <QRandomGenerator>
+#include <QTcpSocket>
 #include <QTimer>
 #include <QUdpSocket>
 #include <memory>
+#include <sys/socket.h>
 
 namespace veltor::camsim {
 
@@ -27,6 +31,7 @@ namespace {
 
 constexpr qint64 kGarbageBytes = 100 * 1024 * 1024;
 constexpr int kLongLine = 1024 * 1024;
+constexpr qint64 kResetAfterBytes = 256 * 1024;
 
 // `head`, then `unit` `count` times, without holding it all.
 class RepeatDevice : public QIODevice
@@ -105,6 +110,29 @@ bool misbehave(const QString &mode, HttpExchange &exchange)
         stream(exchange, "<html><pre>\n", QByteArray(kLongLine, 'a') + '\n', 16);
     else
         return false;
+    return true;
+}
+
+// Takes the start of an upload, then drops the connection with a reset (RST),
+// as a camera does that reboots or runs out of memory mid-transfer.
+bool resetUpload(const QString &mode, HttpExchange &exchange)
+{
+    if (mode != QLatin1String("reset"))
+        return false;
+    exchange.neverAnswer();
+    auto taken = std::make_shared<qint64>(0);
+    QPointer<QTcpSocket> socket = exchange.socket();
+    exchange.streamBody(
+        [taken, socket](const QByteArray &piece) {
+            *taken += piece.size();
+            if (*taken < kResetAfterBytes || !socket ||
+                socket->state() != QTcpSocket::ConnectedState)
+                return;
+            const linger hard{1, 0};
+            setsockopt(int(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
+            socket->abort();
+        },
+        [](bool) {});
     return true;
 }
 
@@ -187,6 +215,12 @@ void installHostile(SimCamera &camera)
     for (const char *path : {"/param.cgi", "/check_user.cgi", "/sd/"}) {
         camera.http().route(QLatin1String(path),
                             [mode](HttpExchange &exchange) { return misbehave(*mode, exchange); });
+    }
+    for (const char *path :
+         {"/upgrade_firmware.cgi", "/upgrade_htmls.cgi", "/web/cgi-bin/hi3510/upgrade.cgi"}) {
+        camera.http().route(QLatin1String(path), [mode](HttpExchange &exchange) {
+            return resetUpload(*mode, exchange);
+        });
     }
 }
 

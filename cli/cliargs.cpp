@@ -4,6 +4,22 @@
 
 namespace veltor::cli {
 
+namespace {
+
+// QCommandLineParser names the program by its path in the usage line; the
+// reader wants the command as typed.
+QString helpText(const QCommandLineParser &parser, const QString &command)
+{
+    QString text = parser.helpText();
+    const QString usage = QStringLiteral("Usage: ");
+    const int end = text.indexOf(QStringLiteral(" [options]"));
+    if (text.startsWith(usage) && end > 0)
+        text.replace(usage.size(), end - usage.size(), QStringLiteral("veltor-cli ") + command);
+    return text;
+}
+
+} // namespace
+
 std::optional<int> parseOrStop(QCommandLineParser &parser, const QStringList &arguments,
                                const QString &description, Io io)
 {
@@ -17,7 +33,7 @@ std::optional<int> parseOrStop(QCommandLineParser &parser, const QStringList &ar
     if (!parser.parse(QStringList{QStringLiteral("veltor-cli ") + command} + arguments.mid(1)))
         return usageError(command, parser.errorText(), io);
     if (parser.isSet(help)) {
-        io.out << parser.helpText();
+        io.out << helpText(parser, command);
         return Success;
     }
     return std::nullopt;

@@ -4,6 +4,7 @@
 #include "cli/discoverreport.h"
 
 #include <QTextStream>
+#include <algorithm>
 
 namespace veltor::cli {
 
@@ -53,7 +54,9 @@ std::optional<QVector<SearchInterface>> chosenInterfaces(const QCommandLineParse
                        io);
             return std::nullopt;
         }
-        chosen << *found;
+        if (std::none_of(chosen.cbegin(), chosen.cend(),
+                         [&](const SearchInterface &each) { return each.address == address; }))
+            chosen << *found;
     }
     return chosen;
 }
@@ -89,9 +92,10 @@ int runDiscover(const QStringList &arguments, Io io)
             kCommand,
             QStringLiteral("unexpected argument \"%1\"").arg(parser.positionalArguments().first()),
             io);
-    const QString formatName = parser.value(QStringLiteral("format"));
-    const std::optional<OutputFormat> format =
-        outputFormat(formatName.isEmpty() ? QStringLiteral("table") : formatName);
+    const QString formatName = parser.isSet(QStringLiteral("format"))
+                                   ? parser.value(QStringLiteral("format"))
+                                   : QStringLiteral("table");
+    const std::optional<OutputFormat> format = outputFormat(formatName);
     if (!format)
         return usageError(
             kCommand,

@@ -33,12 +33,13 @@ void reportSearch(QTextStream &err, const FleetSearchResult &result)
     for (const QString &error : result.errors)
         err << "veltor-cli discover: " << error << '\n';
     const SearchStats &stats = result.stats;
-    err << "Sent: " << stats.binarySent << " binary searches (UDP 10000), " << stats.hdsSent
-        << " HDS/1.0 searches (239.255.250.150:8002)\n"
-        << "Received: " << stats.replies << " replies, " << result.cameras.size() << " cameras, "
-        << stats.duplicates << " duplicates merged, " << stats.malformed << " malformed dropped";
+    err << "Searches sent: binary (UDP 10000): " << stats.binarySent
+        << "; HDS/1.0 (239.255.250.150:8002): " << stats.hdsSent << '\n'
+        << "Replies received: " << stats.replies << "; cameras: " << result.cameras.size()
+        << "; duplicates merged: " << stats.duplicates
+        << "; malformed dropped: " << stats.malformed;
     if (stats.ignored > 0)
-        err << ", " << stats.ignored << " on other interfaces ignored";
+        err << "; on interfaces not searched, ignored: " << stats.ignored;
     err << '\n';
     if (result.cameras.isEmpty()) {
         err << "No camera answered. Usual causes:\n"

@@ -33,8 +33,11 @@ std::optional<QString> promptWithoutEcho(Io io)
         return std::nullopt;
     termios quiet = saved;
     quiet.c_lflag &= ~tcflag_t(ECHO);
+    // Echo goes off before the prompt shows: whatever is typed once it is
+    // visible must not appear on the screen.
+    if (tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet) != 0)
+        return std::nullopt;
     io.err << "Password: " << Qt::flush;
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
     QTextStream in(stdin);
     const QString line = in.readLine();
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &saved);

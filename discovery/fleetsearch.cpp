@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
+#include <QSet>
 #include <QTimer>
 #include <QUdpSocket>
 
@@ -26,7 +27,7 @@ const QHostAddress &hdsGroup()
 class FleetSearch : public QObject
 {
 public:
-    explicit FleetSearch(const FleetSearchOptions &options) : options(options) {}
+    explicit FleetSearch(const FleetSearchOptions &options);
 
     FleetSearchResult run();
 
@@ -55,6 +56,17 @@ private:
     FleetMerge merge;
     QVector<Sender> senders;
 };
+
+// Interfaces written by hand (address and mask only) get the system's index,
+// which tells on which interface a broadcast or group reply arrived.
+FleetSearch::FleetSearch(const FleetSearchOptions &options) : options(options)
+{
+    for (SearchInterface &interface : this->options.interfaces) {
+        const std::optional<SearchInterface> known = interfaceWithAddress(interface.address);
+        if (interface.index == 0 && known)
+            interface.index = known->index;
+    }
+}
 
 void FleetSearch::error(const QString &text)
 {
@@ -91,7 +103,14 @@ QUdpSocket *FleetSearch::openSender(const SearchInterface &interface, quint16 po
     }
     socket->setSocketOption(QAbstractSocket::MulticastLoopbackOption, 0);
     socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, kReceiveBufferBytes);
+    // Without its interface a group search would follow the default route,
+    // perhaps onto a network the user did not choose.
     socket->setMulticastInterface(QNetworkInterface::interfaceFromIndex(interface.index));
+    if (port == kHdsPort &&
+        (interface.index <= 0 || socket->multicastInterface().index() != interface.index)) {
+        error(QStringLiteral("cannot send HDS/1.0 searches through %1").arg(interface.name));
+        return nullptr;
+    }
     connect(socket, &QUdpSocket::readyRead, this, [=] { drain(socket, port, &interface); });
     return socket;
 }
@@ -154,9 +173,12 @@ const SearchInterface *FleetSearch::receivedBy(const QNetworkDatagram &datagram)
     return first;
 }
 
+// A batch at a time: under a flood of replies the socket never runs dry, and
+// the timer that ends the wait must still get its turn.
 void FleetSearch::drain(QUdpSocket *socket, quint16 port, const SearchInterface *fixed)
 {
-    while (socket->hasPendingDatagrams()) {
+    constexpr int kDatagramsPerTurn = 256;
+    for (int turn = 0; turn < kDatagramsPerTurn && socket->hasPendingDatagrams(); ++turn) {
         const QNetworkDatagram datagram = socket->receiveDatagram();
         if (!datagram.isValid())
             break;
@@ -202,10 +224,13 @@ FleetSearchResult FleetSearch::run()
     result.stats.interfaces = options.interfaces.size();
     QUdpSocket *binaryReceiver = openReceiver(kBinarySearchPort);
     QUdpSocket *hdsReceiver = openReceiver(kHdsPort);
+    QSet<int> joined; // membership is per link, and a link may carry several addresses
     for (const SearchInterface &interface : qAsConst(options.interfaces)) {
         openSenders(interface);
-        if (hdsReceiver)
+        if (hdsReceiver && !joined.contains(interface.index)) {
             joinGroup(hdsReceiver, interface);
+            joined.insert(interface.index);
+        }
     }
     if (!binaryReceiver || !hdsReceiver || senders.isEmpty())
         return result;

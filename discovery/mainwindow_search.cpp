@@ -9,6 +9,7 @@
 #include "ui_mainwindow.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTime>
 #include <QTimer>
 #include <QUdpSocket>
@@ -76,14 +77,26 @@ void MainWindow::searchHaddle()
 
 void MainWindow::processPendingDatagram()
 {
-    QObject *origin = sender();
-    if (origin == binaryReceiver) {
-        while (const std::optional<QByteArray> datagram = nextDatagram(binaryReceiver))
+    drainReceiver(qobject_cast<QUdpSocket *>(sender()));
+}
+
+void MainWindow::drainReceiver(QUdpSocket *receiver)
+{
+    if (receiver != binaryReceiver && receiver != multicastReceiver)
+        return;
+    QElapsedTimer slice;
+    slice.start();
+    while (slice.elapsed() < veltor::kReplySliceMs) {
+        const std::optional<QByteArray> datagram = nextDatagram(receiver);
+        if (!datagram)
+            return;
+        if (receiver == binaryReceiver)
             listWinbondReply(*datagram);
-    } else if (origin == multicastReceiver) {
-        while (const std::optional<QByteArray> datagram = nextDatagram(multicastReceiver))
+        else
             listHdsReply(*datagram);
     }
+    // The rest is taken up after pending events, without waiting for a new datagram.
+    QTimer::singleShot(0, receiver, [this, receiver] { drainReceiver(receiver); });
 }
 
 QString MainWindow::WinbondDataHandle(QString hex, QString key)

@@ -5,8 +5,8 @@
 // Addresses, ports and timings of the camera protocols, in one place.
 namespace veltor {
 
-constexpr quint16 kBinarySearchPort = 10000;   // "MO_I" search and Winbond configuration
-constexpr quint16 kHdsPort = 8002;             // HDS/1.0 SEARCH and CMD
+constexpr quint16 kBinarySearchPort = 10000; // "MO_I" search and Winbond configuration
+constexpr quint16 kHdsPort = 8002;           // HDS/1.0 SEARCH and CMD
 constexpr char kHdsGroup[] = "239.255.250.150";
 constexpr char kBroadcastAddress[] = "255.255.255.255";
 // Camera families, named after the protocol they answered; compared case-sensitively.
@@ -15,8 +15,9 @@ constexpr char kHaisiFamily[] = "Haisi";
 
 constexpr int kAutoSearchIntervalMs = 6000;
 constexpr int kSearchRounds = 3;
-constexpr unsigned kProgressStepMs = 20;       // 101 steps: about two seconds a round
-constexpr int kMaxEventSliceMs = 100;          // longest slice of event processing in sleep()
+constexpr unsigned kProgressStepMs = 20; // 101 steps: about two seconds a round
+constexpr int kReplySliceMs = 20;        // longest run of reply handling between events
+constexpr int kMaxEventSliceMs = 100;    // longest slice of event processing in sleep()
 
 // Credential check and configuration follow-up over HTTP.
 constexpr int kCredentialCheckTimeoutMs = 5000;

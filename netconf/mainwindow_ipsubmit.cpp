@@ -116,7 +116,7 @@ void MainWindow::confirmConfiguration(const QString &ip, const veltor::CameraLog
     QNetworkRequest request(
         veltor::credentialCheckUrl(ip, login.port, login.family, login.user, login.password));
     request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
-    QNetworkReply *reply = configManager->get(request);
+    QNetworkReply *reply = veltor::getOutcomeOnly(configManager, request);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { ipConf(reply); });
 }
 
@@ -135,7 +135,8 @@ void MainWindow::ipConf(QNetworkReply *reply)
     }
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkReply *reboot = configManager->get(
+    QNetworkReply *reboot = veltor::getOutcomeOnly(
+        configManager,
         QNetworkRequest(veltor::cameraUrl(ip, login.port, QStringLiteral("/reboot.cgi?user="),
                                           login.user, QStringLiteral("&pwd="), login.password)));
     connect(reboot, &QNetworkReply::finished, reboot, &QObject::deleteLater);

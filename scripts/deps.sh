@@ -10,6 +10,8 @@ packages=(
     fonts-dejavu-core
     # tests: network namespaces, HTTP peers
     iproute2 util-linux curl python3
+    # tests: every byte the tool writes, searched for credentials
+    strace
     # the simulator's second opinion on upload framing
     python3-multipart
     # packaging checks

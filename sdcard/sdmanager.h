@@ -52,6 +52,8 @@ public slots:
     void mycellsdClicked(int row, int column);
     void mycellfileClicked(int row, int column);
     void mycellsdDoubleClicked(int row, int column);
+    // A download's folder and sub-folder listings as they finish: a failed
+    // one is told at once (the walk itself goes on with the rest).
     void getfolderReply(QNetworkReply *reply);
     void getfileReply(QNetworkReply *reply);
     void sdFormatReply(QNetworkReply *reply);
@@ -67,11 +69,6 @@ protected:
 
 private:
     using ReplySlot = void (sdmanager::*)(QNetworkReply *);
-    struct FileJob
-    {
-        QString url;
-        QString directory;
-    };
     // Keeps the window alive while one of its nested waits runs; a close in
     // the meantime deletes it once the outermost wait has returned.
     class BusyScope
@@ -97,9 +94,6 @@ private:
 
     void setDownloadBusy(bool busy);
     void downloadTickedFiles();
-    void requestDownloadListing(const QString &folderA, const QString &folderB,
-                                const QString &localDir);
-    void waitForDownloads();
     void reportDownload(const QString &successText);
 
     Ui::sdmanager *ui;
@@ -120,10 +114,7 @@ private:
     QString localSubFolder;
     QString downloadFolderA;
     QString downloadFolderB;
-    // A folder download waits for all its listings and files before it
-    // reports, and names whatever did not arrive.
-    int pendingListings = 0;
-    QVector<FileJob> fileQueue;
+    // What a download could not fetch, named in its final message.
     QStringList failures;
     std::function<QString(QWidget *)> chooseDirectory;
 

@@ -1,8 +1,8 @@
 #include "sdcard/sdmanager.h"
 
 #include "app/loaddialog.h"
+#include "sdcard/sdfolderdownload.h"
 #include "sdcard/sdlisting.h"
-#include "sdcard/sdtransfer.h"
 #include "ui_sdmanager.h"
 
 #include <QDateTime>
@@ -24,12 +24,7 @@ const char kIdleStyle[] =
     "QPushButton{ font-family:'Microsoft YaHei';font-size:12px;color:#fff;"
     "background-color:#ffa03e;border-radius:3px;border:none;font-weight:bold;}";
 constexpr unsigned kListingPauseMs = 1000;
-constexpr unsigned kQueuePollMs = 20;
 constexpr int kFailuresListed = 20;
-
-const char *const kFolderA = "folderA";
-const char *const kFolderB = "folderB";
-const char *const kLocalDir = "localDir";
 
 } // namespace
 
@@ -118,18 +113,12 @@ void sdmanager::downloadedFolder()
     setDownloadBusy(true);
     const int mode = level == QLatin1String("first") ? 1 : 2;
     for (const QString &name : tickedNames(2)) {
-        const QString local = veltor::sdLocalName(name);
-        localFolder = downloadBase + QLatin1Char('/') + local;
-        if (local.isEmpty() || !QDir().mkpath(localFolder)) {
-            failures << tr("%1 (the folder could not be created)").arg(name);
-            continue;
-        }
+        localFolder = downloadBase + QLatin1Char('/') + veltor::sdLocalName(name);
         getFolder(name, mode);
         sleep(kListingPauseMs);
     }
     // Unlike the first camera tool, success is only reported once every listing
-    // and file this download started has arrived.
-    waitForDownloads();
+    // and file of the download has arrived.
     setDownloadBusy(false);
     busyDialog->close();
     busyDialog->deleteLater();
@@ -139,99 +128,47 @@ void sdmanager::downloadedFolder()
 
 void sdmanager::getFolder(QString name, int mode)
 {
+    if (mode != 1 && mode != 2)
+        return;
+    veltor::SdFolderDownload walk(manager, camera);
+    walk.onListing = [this](QNetworkReply *reply, veltor::SdLevel listed) {
+        if (listed == veltor::SdLevel::Folder)
+            getfolderReply(reply);
+        else
+            getfileReply(reply);
+    };
     if (mode == 1) {
         downloadFolderA = name;
-        requestDownloadListing(downloadFolderA, QString(), localFolder);
-    } else if (mode == 2) {
+        walk.fetchFolder(name, downloadBase);
+    } else {
         // The folder being browsed, not one left over from an earlier download:
         // the ticked sub-folder lies there.
         downloadFolderA = firstFolder;
         downloadFolderB = name;
-        requestDownloadListing(downloadFolderA, downloadFolderB, localFolder);
+        walk.fetchSubFolder(downloadFolderA, downloadFolderB, downloadBase);
     }
-}
-
-void sdmanager::requestDownloadListing(const QString &folderA, const QString &folderB,
-                                       const QString &localDir)
-{
-    ++pendingListings;
-    QNetworkReply *reply =
-        requestListing(folderA + folderB,
-                       folderB.isEmpty() ? &sdmanager::getfolderReply : &sdmanager::getfileReply);
-    // Each listing carries its own target, so replies may come in any order.
-    reply->setProperty(kFolderA, folderA);
-    reply->setProperty(kFolderB, folderB);
-    reply->setProperty(kLocalDir, localDir);
+    failures << walk.failures;
 }
 
 void sdmanager::getfolderReply(QNetworkReply *reply)
 {
-    const QString folderA = reply->property(kFolderA).toString();
-    const QString localDir = reply->property(kLocalDir).toString();
-    if (reply->error() != QNetworkReply::NoError) {
-        failures << tr("%1 (the listing failed: %2)").arg(folderA, reply->errorString());
+    if (reply->error() != QNetworkReply::NoError)
         QMessageBox::critical(this, tr("Request error"), tr("Download error! Try again!"));
-    } else {
-        for (const QString &subFolder : veltor::sdSubFolderNames(reply->readAll())) {
-            const QString local = veltor::sdLocalName(subFolder);
-            localSubFolder = localDir + QLatin1Char('/') + local;
-            if (local.isEmpty() || !QDir().mkpath(localSubFolder)) {
-                failures << tr("%1 (the folder could not be created)").arg(folderA + subFolder);
-                continue;
-            }
-            downloadFolderB = subFolder;
-            requestDownloadListing(folderA, subFolder, localSubFolder);
-            sleep(kListingPauseMs);
-        }
-    }
-    --pendingListings;
 }
 
 void sdmanager::getfileReply(QNetworkReply *reply)
 {
-    const QString folder =
-        reply->property(kFolderA).toString() + reply->property(kFolderB).toString();
-    const QString localDir = reply->property(kLocalDir).toString();
-    if (reply->error() != QNetworkReply::NoError) {
-        failures << tr("%1 (the listing failed: %2)").arg(folder, reply->errorString());
+    if (reply->error() != QNetworkReply::NoError)
         QMessageBox::critical(this, tr("Request error"), tr("Download error!Try again!"));
-    } else {
-        // Queued, not fetched here: one transfer at a time, driven by waitForDownloads.
-        const QString subFolder = reply->property(kFolderB).toString();
-        for (const QString &name : veltor::sdFileNames(reply->readAll(), subFolder))
-            fileQueue.append({camera.sdUrl(folder + name).toString(QUrl::FullyEncoded), localDir});
-    }
-    --pendingListings;
-}
-
-void sdmanager::waitForDownloads()
-{
-    while (pendingListings > 0 || !fileQueue.isEmpty()) {
-        if (fileQueue.isEmpty()) {
-            sleep(kQueuePollMs);
-            continue;
-        }
-        const FileJob job = fileQueue.takeFirst();
-        downloadFile(job.url, job.directory);
-    }
 }
 
 bool sdmanager::downloadFile(QString const &url, QString const &directory)
 {
     BusyScope busy(this);
-    const QString path = QUrl(url).path(QUrl::FullyDecoded);
-    const QString shown = path.mid(int(qstrlen("/sd/")));
-    const QString name = QFileInfo(path).fileName();
-    if (name.isEmpty() || veltor::sdLocalName(name) != name) {
-        failures << tr("%1 (not a valid file name)").arg(shown);
-        return false;
-    }
-    // Streamed to a temporary file and renamed when complete (see downloadToFile).
-    QString error;
-    if (veltor::downloadToFile(manager, QUrl(url), directory + QLatin1Char('/') + name, &error))
-        return true;
-    failures << tr("%1 (%2)").arg(shown, error);
-    return false;
+    veltor::SdFolderDownload one(manager, camera);
+    const bool arrived = one.fetchFile(QUrl(url), directory);
+    failures << one.failures;
+    return arrived;
 }
 
 void sdmanager::reportDownload(const QString &successText)

@@ -35,8 +35,10 @@ QNetworkReply *sdGet(QNetworkAccessManager *manager, const QUrl &url, int timeou
     if (maxBytes > 0) {
         QObject::connect(reply, &QNetworkReply::downloadProgress, reply,
                          [reply, maxBytes](qint64 received, qint64) {
-                             if (received > maxBytes)
+                             if (received > maxBytes) {
+                                 reply->setProperty(kSdTooLongProperty, true);
                                  reply->abort();
+                             }
                          });
     }
     return reply;

@@ -37,6 +37,10 @@ struct SdCamera
     QUrl sdUrl(const QString &path) const;
 };
 
+// Set on a reply that sdGet aborted for its length, so the failure can be
+// told apart from a timeout (both end as OperationCanceledError).
+constexpr char kSdTooLongProperty[] = "sdTooLong";
+
 // GET with an inactivity timeout; when maxBytes > 0, a body growing beyond
 // it aborts the reply (which then finishes with an error).
 QNetworkReply *sdGet(QNetworkAccessManager *manager, const QUrl &url, int timeoutMs,

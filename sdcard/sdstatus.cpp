@@ -59,6 +59,10 @@ SdStatus parseSdStatus(const QByteArray &body)
 
 SdSizeLabels sdSizeLabels(const SdStatus &status)
 {
+    // Without both sizes there is nothing true to show: no "KB" without a
+    // number, no used space from a missing free count.
+    if (status.totalText.isEmpty() || status.freeText.isEmpty())
+        return {};
     const bool smallCard = status.total <= kKilobytesShownAsKb;
     const qint64 used = status.used();
     SdSizeLabels labels;

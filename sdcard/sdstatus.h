@@ -35,7 +35,8 @@ struct SdSizeLabels
 
 // "<n>KB" up to 1024, else n/1024 in 'g' with 6 digits and "MB". The free
 // label picks its unit by the total, as the camera tool always has: a card
-// above 1024 KB shows its free space in MB even when less is free.
+// above 1024 KB shows its free space in MB even when less is free. All three
+// are empty when the answer lacks the total or the free size.
 SdSizeLabels sdSizeLabels(const SdStatus &status);
 
 } // namespace veltor

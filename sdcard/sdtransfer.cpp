@@ -13,6 +13,26 @@ namespace {
 
 constexpr qint64 kWriteChunkBytes = 1024 * 1024;
 
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("sdmanager", text);
+}
+
+// Why a finished transfer of `written` bytes is incomplete, or empty if it is not.
+QString transferProblem(QNetworkReply *reply, qint64 written)
+{
+    if (reply->error() != QNetworkReply::NoError)
+        return replyProblem(reply);
+    const QVariant announced = reply->header(QNetworkRequest::ContentLengthHeader);
+    if (announced.isValid() && announced.toLongLong() != written)
+        return tr("the transfer ended after %1 of %2 bytes")
+            .arg(written)
+            .arg(announced.toLongLong());
+    return QString();
+}
+
+} // namespace
+
 void waitForFinished(QNetworkReply *reply)
 {
     if (reply->isFinished())
@@ -22,20 +42,26 @@ void waitForFinished(QNetworkReply *reply)
     loop.exec();
 }
 
-// Why a finished transfer of `written` bytes is incomplete, or empty if it is not.
-QString transferProblem(QNetworkReply *reply, qint64 written)
+QString replyProblem(QNetworkReply *reply)
 {
-    if (reply->error() != QNetworkReply::NoError)
-        return reply->errorString();
-    const QVariant announced = reply->header(QNetworkRequest::ContentLengthHeader);
-    if (announced.isValid() && announced.toLongLong() != written)
-        return QCoreApplication::translate("sdmanager", "the transfer ended after %1 of %2 bytes")
-            .arg(written)
-            .arg(announced.toLongLong());
-    return QString();
+    if (reply->error() == QNetworkReply::NoError)
+        return QString();
+    if (reply->property(kSdTooLongProperty).toBool())
+        return tr("the answer is longer than the tool accepts");
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status != 0)
+        return tr("the camera answered %1 %2")
+            .arg(status)
+            .arg(reply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString())
+            .trimmed();
+    if (reply->error() == QNetworkReply::OperationCanceledError)
+        return tr("the camera did not answer in time");
+    QString text = reply->errorString();
+    for (const QUrl::FormattingOptions form : {QUrl::FormattingOptions(QUrl::PrettyDecoded),
+                                               QUrl::FormattingOptions(QUrl::FullyEncoded)})
+        text.replace(reply->url().toString(form), reply->url().toString(QUrl::RemoveQuery));
+    return text;
 }
-
-} // namespace
 
 bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QString &path,
                     QString *error)
@@ -43,6 +69,9 @@ bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QStri
     // "<name>.part", renamed when complete. Not QSaveFile: its commit syncs
     // every file to disk, which made a folder of pictures several times slower.
     QFile file(path + QLatin1String(".part"));
+    // A leftover of an earlier run; removed first so that a link of that name
+    // cannot lead the bytes somewhere else.
+    QFile::remove(file.fileName());
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         *error = file.errorString();
         return false;
@@ -71,8 +100,7 @@ bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QStri
         *error = file.errorString();
     file.close();
     if (error->isEmpty() && QFile::exists(path) && !QFile::remove(path))
-        *error =
-            QCoreApplication::translate("sdmanager", "an older file of that name is in the way");
+        *error = tr("an older file of that name is in the way");
     if (error->isEmpty() && !file.rename(path))
         *error = file.errorString();
     if (!error->isEmpty())
@@ -80,15 +108,24 @@ bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QStri
     return error->isEmpty();
 }
 
-QByteArray fetchBody(QNetworkAccessManager *manager, const QUrl &url, int timeoutMs,
+SdAnswer fetchAnswer(QNetworkAccessManager *manager, const QUrl &url, int timeoutMs,
                      qint64 maxBytes)
 {
     QNetworkReply *reply = sdGet(manager, url, timeoutMs, maxBytes);
     waitForFinished(reply);
-    const QByteArray body =
-        reply->error() == QNetworkReply::NoError ? reply->read(maxBytes) : QByteArray();
+    SdAnswer answer;
+    answer.problem = replyProblem(reply);
+    answer.httpStatus = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (answer.ok())
+        answer.body = reply->read(maxBytes);
     reply->deleteLater();
-    return body;
+    return answer;
+}
+
+QByteArray fetchBody(QNetworkAccessManager *manager, const QUrl &url, int timeoutMs,
+                     qint64 maxBytes)
+{
+    return fetchAnswer(manager, url, timeoutMs, maxBytes).body;
 }
 
 } // namespace veltor

@@ -47,7 +47,10 @@ void Harness::closeBoxes()
         auto *box = qobject_cast<QMessageBox *>(widget);
         if (box && box->isVisible() && !box->buttons().isEmpty()) {
             boxes << box->text();
-            QMetaObject::invokeMethod(box->buttons().first(), "click", Qt::QueuedConnection);
+            // The default answer: "Ok" of a question, the only button of a notice.
+            QAbstractButton *button =
+                box->defaultButton() ? box->defaultButton() : box->buttons().first();
+            QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
         }
     }
 }
@@ -83,6 +86,29 @@ bool Harness::waitFor(const std::function<bool()> &done, int timeoutMs)
 void Harness::search()
 {
     QMetaObject::invokeMethod(window, "on_searchButton_clicked");
+}
+
+int Harness::row(const QString &ip) const
+{
+    for (int row = 0; row < searchTable->rowCount(); ++row) {
+        if (searchTable->item(row, 1) && searchTable->item(row, 1)->text() == ip)
+            return row;
+    }
+    return -1;
+}
+
+bool Harness::unlock(const camsimfleet::Camera &camera, const char *clickSlot)
+{
+    login = {camera.user, camera.password};
+    // A new search locks every camera again, so that the dialog is shown.
+    search();
+    waitFor([] { return false; }, 3000);
+    const QObject *before = answeredDialog;
+    // Queued: the dialog's exec() must not block this function.
+    QMetaObject::invokeMethod(window, clickSlot, Qt::QueuedConnection, Q_ARG(int, row(camera.ip)),
+                              Q_ARG(int, 1));
+    return waitFor([&] { return answeredDialog != before && !QApplication::activeModalWidget(); },
+                   10000);
 }
 
 Outcome Harness::begin(const QString &scenario)

@@ -39,6 +39,11 @@ public:
     // Runs the event loop until `done` or `timeoutMs`; true when done.
     static bool waitFor(const std::function<bool()> &done, int timeoutMs);
     void search();
+    // The camera's row in the tables, -1 when it is not listed.
+    int row(const QString &ip) const;
+    // Unlocks `camera` through the credential dialog that `clickSlot` (a
+    // table click slot of the window) opens; true when it was answered.
+    bool unlock(const camsimfleet::Camera &camera, const char *clickSlot);
     // Starts an outcome: stall and message boxes from now on.
     Outcome begin(const QString &scenario);
     // Fills in stall and peak memory.

@@ -24,15 +24,6 @@ QWidget *openLoginDialog()
     return modal && modal->findChild<QPushButton *>(QStringLiteral("userok")) ? modal : nullptr;
 }
 
-int rowOf(const QTableWidget *table, const QString &ip)
-{
-    for (int row = 0; row < table->rowCount(); ++row) {
-        if (table->item(row, 1) && table->item(row, 1)->text() == ip)
-            return row;
-    }
-    return -1;
-}
-
 QString labels(const MainWindow *window)
 {
     QStringList texts;
@@ -91,7 +82,7 @@ Outcome credentials(Harness &harness, const QString &mode)
     Harness::waitFor([] { return false; }, 3000);
     // Queued: the dialog's exec() must not block this function.
     QMetaObject::invokeMethod(harness.window, "mycellClickedSdmanager", Qt::QueuedConnection,
-                              Q_ARG(int, rowOf(harness.searchTable, camera.ip)), Q_ARG(int, 1));
+                              Q_ARG(int, harness.row(camera.ip)), Q_ARG(int, 1));
     // The dialog's exec() runs inside the wait below; a timer ends it.
     bool stillOpen = false;
     QTimer::singleShot(kCheckMs, [&] {

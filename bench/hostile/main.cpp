@@ -1,6 +1,7 @@
 // Hostile cameras against the real main window (offscreen) in the namespace
 // harness; run through run.sh. One row per scenario: result, the window's
-// longest stall, the tool's peak RSS, whether user files suffered.
+// longest stall, the tool's peak RSS, whether user files suffered. An
+// argument runs only the scenarios whose name contains it ("udp flood").
 #include "app/mainwindow.h"
 #include "app/startup.h"
 #include "scenarios.h"
@@ -9,19 +10,40 @@
 #include <QTableWidget>
 #include <QTextStream>
 #include <algorithm>
+#include <functional>
 
 namespace {
 
-QVector<Outcome> runAll(Harness &harness)
+using Scenario = std::function<Outcome()>;
+
+// Every scenario by name, in the order they run.
+QVector<QPair<QString, Scenario>> scenarios(Harness &harness)
 {
-    QVector<Outcome> rows{udpSizes(harness), replyFlood(harness)};
+    QVector<QPair<QString, Scenario>> all{{"udp sizes", [&] { return udpSizes(harness); }},
+                                          {"udp flood", [&] { return replyFlood(harness); }}};
     for (const char *mode :
          {"never", "drip", "garbage", "cut", "401", "500", "redirect", "noequals", "noquotes"})
-        rows << sdStatus(harness, QLatin1String(mode));
+        all.append({QStringLiteral("sd status ") + mode,
+                    [&harness, mode] { return sdStatus(harness, QLatin1String(mode)); }});
     for (const char *mode : {"never", "garbage", "cut", "401", "500", "redirect"})
-        rows << credentials(harness, QLatin1String(mode));
+        all.append({QStringLiteral("credentials ") + mode,
+                    [&harness, mode] { return credentials(harness, QLatin1String(mode)); }});
     for (const char *mode : {"millionlines", "longlines", "garbage"})
-        rows << sdListing(harness, QLatin1String(mode));
+        all.append({QStringLiteral("sd listing ") + mode,
+                    [&harness, mode] { return sdListing(harness, QLatin1String(mode)); }});
+    all.append({"upload reset", [&] { return uploadReset(harness); }});
+    all.append({"sd download cut", [&] { return sdDownloadCut(harness); }});
+    return all;
+}
+
+// The scenarios whose name contains `filter` (all when it is empty).
+QVector<Outcome> runAll(Harness &harness, const QString &filter)
+{
+    QVector<Outcome> rows;
+    for (const auto &scenario : scenarios(harness)) {
+        if (scenario.first.contains(filter))
+            rows << scenario.second();
+    }
     return rows;
 }
 
@@ -42,7 +64,7 @@ void print(const QVector<Outcome> &rows)
                    .arg(row.stallMs, 8)
                    .arg(row.rssKb, 12)
                    .arg(row.files, -10)
-                   .arg(row.note.left(120));
+                   .arg(row.note.simplified().left(120));
     }
 }
 
@@ -66,7 +88,7 @@ int main(int argc, char *argv[])
         QTextStream(stderr) << "hostile-matrix: the fleet was not listed\n";
         return 1;
     }
-    const QVector<Outcome> rows = runAll(harness);
+    const QVector<Outcome> rows = runAll(harness, app.arguments().value(1));
     print(rows);
     return std::all_of(rows.begin(), rows.end(),
                        [](const Outcome &row) { return row.result == QLatin1String("ok"); })

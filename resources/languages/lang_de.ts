@@ -526,6 +526,18 @@
         <source>an older file of that name is in the way</source>
         <translation>eine ältere Datei dieses Namens ist im Weg</translation>
     </message>
+    <message>
+        <source>the answer is longer than the tool accepts</source>
+        <translation>die Antwort ist länger, als das Programm annimmt</translation>
+    </message>
+    <message>
+        <source>the camera answered %1 %2</source>
+        <translation>die Kamera antwortete %1 %2</translation>
+    </message>
+    <message>
+        <source>the camera did not answer in time</source>
+        <translation>die Kamera antwortete nicht rechtzeitig</translation>
+    </message>
 </context>
 <context>
     <name>userCheckDialog</name>

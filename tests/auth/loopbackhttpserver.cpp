@@ -2,6 +2,7 @@
 
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <memory>
 
 namespace {
 
@@ -55,7 +56,24 @@ void LoopbackHttpServer::readRequest(QTcpSocket *socket)
     if (status == 0)
         return;
     const QByteArray reason = status == 200 ? "OK" : "Unauthorized";
-    socket->write("HTTP/1.1 " + QByteArray::number(status) + ' ' + reason +
-                  "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
-    socket->disconnectFromHost();
+    socket->write("HTTP/1.1 " + QByteArray::number(status) + ' ' + reason + "\r\nContent-Length: " +
+                  QByteArray::number(bodyBytes) + "\r\nConnection: close\r\n\r\n");
+    streamBody(socket);
+}
+
+void LoopbackHttpServer::streamBody(QTcpSocket *socket)
+{
+    static constexpr qint64 kPiece = 1024 * 1024;
+    const auto left = std::make_shared<qint64>(bodyBytes);
+    const auto more = [socket, left] {
+        while (*left > 0 && socket->bytesToWrite() < kPiece) {
+            const qint64 piece = qMin(*left, kPiece);
+            socket->write(QByteArray(int(piece), 'x'));
+            *left -= piece;
+        }
+        if (*left == 0)
+            socket->disconnectFromHost();
+    };
+    connect(socket, &QTcpSocket::bytesWritten, socket, more);
+    more();
 }

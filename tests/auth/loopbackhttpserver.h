@@ -22,11 +22,13 @@ public:
     quint16 port() const;
 
     int status = 200;        // 0: keep the connection open and never answer
+    qint64 bodyBytes = 0;    // garbage after the headers, written as the client takes it
     QList<QByteArray> paths; // request targets as sent
     QHash<QString, QString> lastQuery;
 
 private:
     void readRequest(QTcpSocket *socket);
+    void streamBody(QTcpSocket *socket);
 
     QTcpServer *server;
 };

@@ -3,6 +3,7 @@
 #include "testsupport.h"
 
 #include <QLineEdit>
+#include <QNetworkReply>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
@@ -33,6 +34,7 @@ private slots:
     void check_data();
     void check();
     void cancelSendsNothing();
+    void largeAnswerIsNotHeld();
     void form();
 };
 
@@ -166,6 +168,30 @@ void UserCheckDialogTest::cancelSendsNothing()
     QVERIFY(!dialog.isVisible());
     QVERIFY(sent.isEmpty());
     QVERIFY(camera.paths.isEmpty());
+}
+
+// A camera may answer the check with any amount of body; it is never needed
+// and must not pile up in memory while it arrives.
+void UserCheckDialogTest::largeAnswerIsNotHeld()
+{
+    LoopbackHttpServer camera;
+    QVERIFY(camera.start());
+    camera.bodyBytes = 64 * 1024 * 1024;
+    userCheckDialog dialog;
+    dialog.setNetwork(QStringLiteral("127.0.0.1"));
+    dialog.setData({QStringLiteral("127.0.0.1"), QString::number(camera.port()), "Haisi"});
+    dialog.show();
+    QSignalSpy sent(&dialog, &userCheckDialog::sendData);
+    qint64 mostHeld = 0;
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, [&] {
+        for (const QNetworkReply *reply : dialog.findChildren<QNetworkReply *>())
+            mostHeld = qMax(mostHeld, reply->bytesAvailable());
+    });
+    watch.start(1);
+    dialog.findChild<QPushButton *>(QStringLiteral("userok"))->click();
+    QTRY_COMPARE_WITH_TIMEOUT(sent.size(), 1, 30000);
+    QVERIFY2(mostHeld < 4 * 1024 * 1024, qPrintable(QString::number(mostHeld)));
 }
 
 void UserCheckDialogTest::form()

@@ -99,6 +99,7 @@ private slots:
     void rowCells();
     void nestedSearch();
     void automaticSearchTimer();
+    void burstLongerThanOneSlice();
 
 private:
     void send(const Reply &reply);
@@ -301,6 +302,27 @@ void tst_SearchWindow::automaticSearchTimer()
     QVERIFY(timer->remainingTime() > veltor::kAutoSearchIntervalMs - 1000);
     box->setChecked(false);
     QVERIFY(!timer->isActive());
+}
+
+// Replies are handled in time slices; the ones still waiting after a slice
+// must be read without a further datagram to wake the receiver.
+void tst_SearchWindow::burstLongerThanOneSlice()
+{
+    if (!netnsProblem.isEmpty())
+        QSKIP(qPrintable(netnsProblem));
+    constexpr int kCameras = 1500;
+    for (int n = 0; n < kCameras; ++n) {
+        const QString ip = QStringLiteral("10.%1.%2.7").arg(n / 250).arg(n % 250 + 1);
+        QString low = QStringLiteral("%1%2")
+                          .arg(n / 256, 2, 16, QLatin1Char('0'))
+                          .arg(n % 256, 2, 16, QLatin1Char('0'))
+                          .toUpper();
+        const QString mac =
+            n % 2 ? QString("001A2B3C" + low) : QString("00:1A:2B:3C:" + low.insert(2, ':'));
+        send(replyFor(QStringLiteral("%1 %2 %3").arg(n % 2 ? "W" : "H", ip, mac)));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(deviceTable(*window, 1)->rowCount(), kCameras, 30000);
+    verifyTablesEqual();
 }
 
 QTEST_MAIN(tst_SearchWindow)

@@ -72,4 +72,23 @@ QJsonObject fetchJson(const Camera &camera, const QString &path, int timeoutMs)
     return QJsonDocument::fromJson(reply->readAll()).object();
 }
 
+QJsonArray sdCardControl(const Camera &camera, const QString &query)
+{
+    return fetchJson(camera, QStringLiteral("/camsim/sdcard?") + query)
+        .value(QStringLiteral("files"))
+        .toArray();
+}
+
+QMap<QString, QByteArray> sdCardHashes(const Camera &camera, const QString &prefix)
+{
+    QMap<QString, QByteArray> hashes;
+    for (const QJsonValue &file : sdCardControl(camera, QStringLiteral("hashes=1"))) {
+        const QString path = file[QLatin1String("path")].toString();
+        if (path.startsWith(prefix))
+            hashes.insert(path.mid(prefix.size()),
+                          file[QLatin1String("sha256")].toString().toLatin1());
+    }
+    return hashes;
+}
+
 } // namespace camsimfleet

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QJsonObject>
+#include <QMap>
 #include <QString>
 #include <QVector>
 
@@ -34,6 +36,13 @@ QVector<Camera> load(QString *why);
 
 // GET http://ip:port/<path> of one camera, parsed as JSON; empty on failure.
 QJsonObject fetchJson(const Camera &camera, const QString &path, int timeoutMs = 5000);
+
+// The simulated SD card of a Haisi camera through "/camsim/sdcard?" + query
+// (reset=1, cut=PATH, fail=PATH ...): its files after the change.
+QJsonArray sdCardControl(const Camera &camera, const QString &query);
+
+// SHA-256 (hex) of every file on that card below `prefix`, by the path after it.
+QMap<QString, QByteArray> sdCardHashes(const Camera &camera, const QString &prefix);
 
 } // namespace camsimfleet
 

@@ -10,10 +10,10 @@
 #include "boxes.h"
 #include "camsimfleet.h"
 #include "fakecard.h"
+#include "filehashes.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
@@ -48,19 +48,6 @@ int rowOf(const QTableWidget *table, const QString &text, int column)
     return -1;
 }
 
-// Files below `dir`, relative path -> SHA-256.
-QMap<QString, QByteArray> localHashes(const QString &dir)
-{
-    QMap<QString, QByteArray> found;
-    QDirIterator it(dir, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        QFile file(it.next());
-        file.open(QIODevice::ReadOnly);
-        found.insert(file.fileName().mid(dir.size() + 1), sha256(file.readAll()));
-    }
-    return found;
-}
-
 } // namespace
 
 class TestSdCardEndToEnd : public QObject
@@ -78,8 +65,11 @@ private slots:
     void formatEmptiesCard();
 
 private:
-    QJsonArray control(const QString &query);
-    QMap<QString, QByteArray> simHashes(const QString &prefix);
+    QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
+    QMap<QString, QByteArray> simHashes(const QString &prefix)
+    {
+        return camsimfleet::sdCardHashes(haisi, prefix);
+    }
     std::unique_ptr<sdmanager> openBrowser(const QString &target);
     bool enter(sdmanager *browser, const QString &folder);
 
@@ -105,32 +95,12 @@ void TestSdCardEndToEnd::initTestCase()
     QTRY_COMPARE_WITH_TIMEOUT(table->rowCount(), cameras.size(), 15000);
 }
 
-QJsonArray TestSdCardEndToEnd::control(const QString &query)
-{
-    const QUrl url(QStringLiteral("http://%1:%2/camsim/sdcard?%3")
-                       .arg(haisi.ip)
-                       .arg(haisi.httpPort)
-                       .arg(query));
-    return QJsonDocument::fromJson(fetch(url)).object().value("files").toArray();
-}
-
-QMap<QString, QByteArray> TestSdCardEndToEnd::simHashes(const QString &prefix)
-{
-    QMap<QString, QByteArray> hashes;
-    for (const QJsonValue &file : control("hashes=1")) {
-        const QString path = file["path"].toString();
-        if (path.startsWith(prefix))
-            hashes.insert(path.mid(prefix.size()), file["sha256"].toString().toLatin1());
-    }
-    return hashes;
-}
-
 void TestSdCardEndToEnd::unlockShowsStatus()
 {
     control("reset=1");
-    testsupport::answerNextModal([](QWidget *dialog) {
-        dialog->findChild<QLineEdit *>("user")->setText("admin");
-        dialog->findChild<QLineEdit *>("pass")->setText("admin");
+    testsupport::answerNextModal([this](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>("user")->setText(haisi.user);
+        dialog->findChild<QLineEdit *>("pass")->setText(haisi.password);
         // The camera is on another /24 than the tool: the dialog says so, then hands over.
         answerBoxes({""});
         QMetaObject::invokeMethod(dialog->findChild<QPushButton *>("userok"), "click",
@@ -138,7 +108,8 @@ void TestSdCardEndToEnd::unlockShowsStatus()
     });
     QMetaObject::invokeMethod(window, "mycellClickedSdmanager",
                               Q_ARG(int, rowOf(table, haisi.ip, 1)), Q_ARG(int, 1));
-    const veltor::SdCamera camera{haisi.ip, QString::number(haisi.httpPort), "admin", "admin"};
+    const veltor::SdCamera camera{haisi.ip, QString::number(haisi.httpPort), haisi.user,
+                                  haisi.password};
     const veltor::SdSizeLabels expected =
         veltor::sdSizeLabels(veltor::parseSdStatus(fetch(camera.statusUrl())));
     auto *total = window->findChild<QLabel *>("totalMenorySize");
@@ -153,7 +124,7 @@ std::unique_ptr<sdmanager> TestSdCardEndToEnd::openBrowser(const QString &target
 {
     std::unique_ptr<sdmanager> browser(new sdmanager);
     browser->setDirectoryChooser([target](QWidget *) { return target; });
-    browser->setData({haisi.ip, QString::number(haisi.httpPort), "admin", "admin"});
+    browser->setData({haisi.ip, QString::number(haisi.httpPort), haisi.password, haisi.user});
     return browser;
 }
 
@@ -274,7 +245,7 @@ void TestSdCardEndToEnd::download()
     }
     const QStringList stamps = QDir(target.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QCOMPARE(stamps.size(), 1);
-    QCOMPARE(localHashes(target.path() + '/' + stamps.first()), expected);
+    QCOMPARE(testsupport::fileHashes(target.path() + '/' + stamps.first()), expected);
 }
 
 void TestSdCardEndToEnd::winbondHasNoCard()

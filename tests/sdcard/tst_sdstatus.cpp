@@ -78,15 +78,23 @@ void TestSdStatus::labels_data()
         << "4KB"
         << "6KB";
     QTest::newRow("missing total")
-        << QByteArray("var sdstatus=\"Ready\";var sdfreespace=\"4\";") << true << "KB"
-        << "4KB"
-        << "-4KB";
-    QTest::newRow("empty body") << QByteArray() << false << "KB"
-                                << "KB"
-                                << "0KB";
-    QTest::newRow("garbage") << QByteArray("\"\";;;===\"\xff") << false << "KB"
-                             << "KB"
-                             << "0KB";
+        << QByteArray("var sdstatus=\"Ready\";var sdfreespace=\"4\";") << true << ""
+        << ""
+        << "";
+    QTest::newRow("missing free")
+        << QByteArray("var sdstatus=\"Ready\";var sdtotalspace=\"4096\";") << true << ""
+        << ""
+        << "";
+    QTest::newRow("no quotes") << QByteArray("var sdstatus=Ready;var sdtotalspace=4096;") << false
+                               << ""
+                               << ""
+                               << "";
+    QTest::newRow("empty body") << QByteArray() << false << ""
+                                << ""
+                                << "";
+    QTest::newRow("garbage") << QByteArray("\"\";;;===\"\xff") << false << ""
+                             << ""
+                             << "";
     QTest::newRow("later key wins")
         << QByteArray("var sdtotalspace=\"1\";var sdtotalspace=\"3000\";var sdfreespace=\"0\";")
         << false << "2.92969MB"
