@@ -2,6 +2,7 @@
 #include "auth/credentialcheck.h"
 #include "cli/cliargs.h"
 #include "cli/commands.h"
+#include "cli/findcamera.h"
 #include "cli/logincheck.h"
 #include "cli/netconfsend.h"
 #include "cli/search.h"
@@ -17,7 +18,6 @@ namespace veltor::cli {
 namespace {
 
 const QString kCommand = QStringLiteral("set");
-constexpr int kSearchRounds = 2;
 constexpr int kSearchWaitMs = 1500;
 constexpr int kVerifyWaitMs = 1500;
 // A Haisi camera takes about 150 s to come back (the window's reboot progress).
@@ -103,7 +103,7 @@ int verify(const QString &mac, const NetworkSettings &expected, int seconds, Io 
     QDeadlineTimer deadline(seconds * 1000LL);
     QStringList differences{QStringLiteral("the camera did not answer a search again")};
     do {
-        const FleetSearchResult result = searchAllInterfaces(1, kVerifyWaitMs, io);
+        const FleetSearchResult result = searchAllInterfaces(kCommand, 1, kVerifyWaitMs, io);
         if (const SeenCamera *camera = findByMac(result.cameras, mac)) {
             differences = settingsDifferences(camera->record, expected);
             if (differences.isEmpty()) {
@@ -169,12 +169,9 @@ int runSet(const QStringList &arguments, Io io)
     if (!credentials)
         return exitCode;
 
-    const FleetSearchResult found = searchAllInterfaces(kSearchRounds, kSearchWaitMs, io);
-    const SeenCamera *camera = findByMac(found.cameras, mac);
-    if (!camera) {
-        io.err << "veltor-cli set: no camera with MAC " << mac << " answered the search\n";
+    const std::optional<SeenCamera> camera = findCamera(mac, kSearchWaitMs, kCommand, io);
+    if (!camera)
         return Failure;
-    }
     const NetworkSettings settings = settingsFor(camera->record, *change);
     if (!passesChecks(*camera, *credentials, settings, io))
         return Usage;

@@ -1,5 +1,6 @@
 #include "cli/findcamera.h"
 
+#include "cli/search.h"
 #include "cli/targets.h"
 
 #include <QTextStream>
@@ -9,14 +10,8 @@ namespace veltor::cli {
 std::optional<SeenCamera> findCamera(const QString &target, int waitMs, const QString &command,
                                      Io io)
 {
-    FleetSearchOptions options;
-    options.interfaces = broadcastInterfaces();
-    options.waitMs = waitMs;
-    if (options.interfaces.isEmpty()) {
-        io.err << "veltor-cli " << command << ": no network interface that can broadcast\n";
-        return std::nullopt;
-    }
-    const FleetSearchResult result = searchFleet(options);
+    const FleetSearchResult result =
+        searchAllInterfaces(command, FleetSearchOptions().rounds, waitMs, io);
     QStringList missing;
     const QVector<SeenCamera> chosen = selectTargets(result.cameras, {target}, &missing);
     if (!chosen.isEmpty()) {
@@ -27,8 +22,6 @@ std::optional<SeenCamera> findCamera(const QString &target, int waitMs, const QS
                    << camera.findings.join(QLatin1String(", ")) << '\n';
         return camera;
     }
-    for (const QString &error : result.errors)
-        io.err << "veltor-cli " << command << ": " << error << '\n';
     io.err << "veltor-cli " << command << ": no camera answered as " << target << '\n';
     return std::nullopt;
 }

@@ -28,7 +28,7 @@ void LoginCheck::start(const SeenCamera &camera, const Credentials &credentials)
     QNetworkRequest request(credentialCheckUrl(ip, camera.record.port, camera.family,
                                                credentials.user, credentials.password));
     request.setTransferTimeout(kCredentialCheckTimeoutMs);
-    QNetworkReply *reply = manager.get(request);
+    QNetworkReply *reply = getOutcomeOnly(&manager, request);
     // Only the error code is read: its text would carry the URL, password and all.
     connect(reply, &QNetworkReply::finished, this, [this, reply] {
         reply->deleteLater();
@@ -66,7 +66,7 @@ QNetworkReply::NetworkError getFromCamera(const QUrl &url)
     manager.setProxy(QNetworkProxy::NoProxy);
     QNetworkRequest request(url);
     request.setTransferTimeout(kCredentialCheckTimeoutMs);
-    QNetworkReply *reply = manager.get(request);
+    QNetworkReply *reply = getOutcomeOnly(&manager, request);
     QEventLoop loop;
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     loop.exec();

@@ -6,17 +6,19 @@
 
 namespace veltor::cli {
 
-FleetSearchResult searchAllInterfaces(int rounds, int waitMs, Io io)
+FleetSearchResult searchAllInterfaces(const QString &command, int rounds, int waitMs, Io io)
 {
     FleetSearchOptions options;
     options.interfaces = broadcastInterfaces();
     options.rounds = rounds;
     options.waitMs = waitMs;
-    if (options.interfaces.isEmpty())
-        io.err << "veltor-cli: no network interface that can broadcast is up\n";
+    if (options.interfaces.isEmpty()) {
+        io.err << "veltor-cli " << command << ": no network interface that can broadcast\n";
+        return FleetSearchResult();
+    }
     FleetSearchResult result = searchFleet(options);
     for (const QString &error : qAsConst(result.errors))
-        io.err << "veltor-cli: search: " << error << '\n';
+        io.err << "veltor-cli " << command << ": " << error << '\n';
     io.err.flush();
     return result;
 }

@@ -141,7 +141,8 @@ void UpgradeRunner::uploaded(int index, bool sent, const QString &error)
 // version it reports under its MAC.
 void UpgradeRunner::verifyWaiting()
 {
-    const FleetSearchResult result = searchAllInterfaces(1, kVerifySearchWaitMs, io);
+    const FleetSearchResult result =
+        searchAllInterfaces(QStringLiteral("upgrade"), 1, kVerifySearchWaitMs, io);
     for (int i = 0; i < run.targets.size(); ++i) {
         if (run.targets.at(i).state != TargetState::WaitingForReboot)
             continue;

@@ -70,7 +70,9 @@ QVector<SeenCamera> searchUntilFound(const QStringList &names, int seconds, Io i
     QVector<SeenCamera> seen;
     QStringList missing;
     do {
-        mergeByMac(&seen, searchAllInterfaces(kSearchRounds, kSearchWaitMs, io).cameras);
+        mergeByMac(&seen,
+                   searchAllInterfaces(QStringLiteral("upgrade"), kSearchRounds, kSearchWaitMs, io)
+                       .cameras);
         missing.clear();
         selectTargets(seen, names, &missing);
     } while (!missing.isEmpty() && !deadline.hasExpired());
