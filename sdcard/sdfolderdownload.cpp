@@ -1,8 +1,8 @@
 #include "sdcard/sdfolderdownload.h"
 
+#include "sdcard/sdtexts.h"
 #include "sdcard/sdtransfer.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QNetworkReply>
@@ -10,11 +10,6 @@
 namespace veltor {
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("sdmanager", text);
-}
 
 } // namespace
 
@@ -62,7 +57,7 @@ bool SdFolderDownload::fetchFile(const QUrl &url, const QString &localDir)
     const QString target = localDir + QLatin1Char('/') + name;
     QString error;
     if (name.isEmpty() || sdLocalName(name) != name) {
-        failures << tr("%1 (not a valid file name)").arg(shown);
+        failures << SdTexts::tr("%1 (not a valid file name)").arg(shown);
     } else if (keepExisting && (QFileInfo::exists(target) || QFileInfo(target).isSymLink())) {
         kept << target;
         return true;
@@ -71,7 +66,7 @@ bool SdFolderDownload::fetchFile(const QUrl &url, const QString &localDir)
             onFile(shown, target);
         return true;
     } else {
-        failures << tr("%1 (%2)").arg(shown, error);
+        failures << SdTexts::tr("%1 (%2)").arg(shown, error);
     }
     if (onFile)
         onFile(shown, QString());
@@ -89,7 +84,7 @@ bool SdFolderDownload::listing(const QString &path, SdLevel level, QByteArray *b
     if (problem.isEmpty())
         *body = reply->read(kSdListingMaxBytes);
     else
-        failures << tr("%1 (the listing failed: %2)")
+        failures << SdTexts::tr("%1 (the listing failed: %2)")
                         .arg(path.isEmpty() ? QStringLiteral("/") : path, problem);
     reply->deleteLater();
     return problem.isEmpty();
@@ -103,7 +98,7 @@ QString SdFolderDownload::makeChild(const QString &localDir, const QString &came
     const QString local = sdLocalName(cameraName);
     const QString path = localDir + QLatin1Char('/') + local;
     if (local.isEmpty() || QFileInfo(path).isSymLink() || !QDir().mkpath(path)) {
-        failures << tr("%1 (the folder could not be created)").arg(shown);
+        failures << SdTexts::tr("%1 (the folder could not be created)").arg(shown);
         return QString();
     }
     return path;

@@ -1,8 +1,8 @@
 #include "sdcard/sdtransfer.h"
 
 #include "sdcard/sdrequest.h"
+#include "sdcard/sdtexts.h"
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QFile>
 #include <QNetworkReply>
@@ -13,11 +13,6 @@ namespace {
 
 constexpr qint64 kWriteChunkBytes = 1024 * 1024;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("sdmanager", text);
-}
-
 // Why a finished transfer of `written` bytes is incomplete, or empty if it is not.
 QString transferProblem(QNetworkReply *reply, qint64 written)
 {
@@ -25,7 +20,7 @@ QString transferProblem(QNetworkReply *reply, qint64 written)
         return replyProblem(reply);
     const QVariant announced = reply->header(QNetworkRequest::ContentLengthHeader);
     if (announced.isValid() && announced.toLongLong() != written)
-        return tr("the transfer ended after %1 of %2 bytes")
+        return SdTexts::tr("the transfer ended after %1 of %2 bytes")
             .arg(written)
             .arg(announced.toLongLong());
     return QString();
@@ -47,15 +42,15 @@ QString replyProblem(QNetworkReply *reply)
     if (reply->error() == QNetworkReply::NoError)
         return QString();
     if (reply->property(kSdTooLongProperty).toBool())
-        return tr("the answer is longer than the tool accepts");
+        return SdTexts::tr("the answer is longer than the tool accepts");
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status != 0)
-        return tr("the camera answered %1 %2")
+        return SdTexts::tr("the camera answered %1 %2")
             .arg(status)
             .arg(reply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString())
             .trimmed();
     if (reply->error() == QNetworkReply::OperationCanceledError)
-        return tr("the camera did not answer in time");
+        return SdTexts::tr("the camera did not answer in time");
     QString text = reply->errorString();
     for (const QUrl::FormattingOptions form : {QUrl::FormattingOptions(QUrl::PrettyDecoded),
                                                QUrl::FormattingOptions(QUrl::FullyEncoded)})
@@ -100,7 +95,7 @@ bool downloadToFile(QNetworkAccessManager *manager, const QUrl &url, const QStri
         *error = file.errorString();
     file.close();
     if (error->isEmpty() && QFile::exists(path) && !QFile::remove(path))
-        *error = tr("an older file of that name is in the way");
+        *error = SdTexts::tr("an older file of that name is in the way");
     if (error->isEmpty() && !file.rename(path))
         *error = file.errorString();
     if (!error->isEmpty())
