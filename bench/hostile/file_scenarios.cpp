@@ -6,8 +6,8 @@
 #include "app/mainwindow.h"
 #include "sdcard/sdmanager.h"
 
-#include <QCryptographicHash>
-#include <QDirIterator>
+#include "filehashes.h"
+
 #include <QLineEdit>
 #include <QRandomGenerator>
 #include <QTableWidget>
@@ -18,20 +18,6 @@
 namespace {
 
 using Snapshot = QMap<QString, QByteArray>; // relative path -> SHA-256
-
-Snapshot snapshot(const QString &dir)
-{
-    Snapshot files;
-    QDirIterator it(dir, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        QFile file(it.next());
-        QCryptographicHash hash(QCryptographicHash::Sha256);
-        if (file.open(QIODevice::ReadOnly))
-            hash.addData(&file);
-        files.insert(file.fileName().mid(dir.size() + 1), hash.result().toHex());
-    }
-    return files;
-}
 
 void writeRandom(const QString &path, qint64 size)
 {
@@ -84,7 +70,7 @@ Outcome uploadReset(Harness &harness)
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("firmware.pkg"));
     writeRandom(path, 32 * 1024 * 1024);
-    const Snapshot before = snapshot(dir.path());
+    const Snapshot before = testsupport::fileHashes(dir.path());
     harness.get(camera, QStringLiteral("/camsim/hostile?mode=reset"));
     const qint64 rssBefore = peakRssKb();
     Outcome outcome = harness.begin(QStringLiteral("upload: camera resets the connection"));
@@ -102,7 +88,7 @@ Outcome uploadReset(Harness &harness)
     outcome.note = socket->errorString() + QStringLiteral("; said: ") +
                    harness.boxes.join(QStringLiteral("; "));
     harness.end(&outcome);
-    outcome.files = damage(before, snapshot(dir.path()));
+    outcome.files = damage(before, testsupport::fileHashes(dir.path()));
     if (outcome.files != QLatin1String("none"))
         outcome.fail(QStringLiteral("user file damaged"));
     judge(&outcome, rssBefore, 32 * 1024);
@@ -117,7 +103,7 @@ Outcome sdDownloadCut(Harness &harness)
     harness.get(camera, QStringLiteral("/camsim/sdcard?reset=1&cut=") + cut);
     QTemporaryDir target;
     writeRandom(target.filePath(QStringLiteral("holiday.mp4")), 4 * 1024 * 1024);
-    const Snapshot before = snapshot(target.path());
+    const Snapshot before = testsupport::fileHashes(target.path());
     const qint64 rssBefore = peakRssKb();
     Outcome outcome = harness.begin(QStringLiteral("SD download: recording cut mid-body"));
     auto browser = std::make_unique<sdmanager>();
@@ -129,7 +115,7 @@ Outcome sdDownloadCut(Harness &harness)
         outcome.fail(QStringLiteral("listing not shown"));
     QMetaObject::invokeMethod(browser.get(), "on_selectallBtn_clicked");
     QMetaObject::invokeMethod(browser.get(), "on_download_clicked");
-    const Snapshot after = snapshot(target.path());
+    const Snapshot after = testsupport::fileHashes(target.path());
     outcome.files = damage(before, after);
     for (const QString &name : after.keys()) {
         if (name.endsWith(QLatin1String(".part")) || name.endsWith(cut.section('/', -1)))
