@@ -9,6 +9,8 @@
 #include <QMainWindow>
 #include <QMap>
 #include <QMultiMap>
+#include <QPair>
+#include <QQueue>
 #include <QString>
 #include <QStringList>
 
@@ -115,9 +117,11 @@ public slots:
 private:
     // discovery/ helpers
     QList<QTableWidget *> deviceTables() const;
-    // Reads a receiver's replies for one time slice, then yields to pending
-    // events and goes on, so a flood of replies never freezes the window.
+    // Takes every waiting reply off a receiver at once (the socket signals
+    // again only when drained), then lists them in short slices between
+    // events, so a flood of replies never freezes the window.
     void drainReceiver(QUdpSocket *receiver);
+    void listQueuedReplies();
     // Each reply is kept raw, then listed once per MAC at its key's position.
     void listWinbondReply(const QByteArray &datagram);
     void listHdsReply(const QByteArray &datagram);
@@ -193,4 +197,7 @@ private:
     QString cameraFamily;
     // The file being uploaded; a new one per upload, owned by the window.
     QFile *localFile = nullptr;
+    // Replies read but not yet listed, each with whether it came on port 10000.
+    QQueue<QPair<bool, QByteArray>> queuedReplies;
+    bool listingQueued = false;
 };

@@ -52,6 +52,7 @@ void MainWindow::on_searchButton_clicked()
     cameraCredentials.clear();
     winbondReplies.clear();
     hdsReplies.clear();
+    queuedReplies.clear(); // answers to the previous search
 
     for (int round = 0; round < veltor::kSearchRounds; ++round) {
         searchHaddle();
@@ -84,19 +85,33 @@ void MainWindow::drainReceiver(QUdpSocket *receiver)
 {
     if (receiver != binaryReceiver && receiver != multicastReceiver)
         return;
+    const bool binary = receiver == binaryReceiver;
+    while (const std::optional<QByteArray> datagram = nextDatagram(receiver)) {
+        if (queuedReplies.size() < veltor::kMaxQueuedReplies)
+            queuedReplies.enqueue({binary, *datagram});
+    }
+    if (!listingQueued && !queuedReplies.isEmpty()) {
+        listingQueued = true;
+        QTimer::singleShot(0, this, &MainWindow::listQueuedReplies);
+    }
+}
+
+void MainWindow::listQueuedReplies()
+{
+    listingQueued = false;
     QElapsedTimer slice;
     slice.start();
-    while (slice.elapsed() < veltor::kReplySliceMs) {
-        const std::optional<QByteArray> datagram = nextDatagram(receiver);
-        if (!datagram)
-            return;
-        if (receiver == binaryReceiver)
-            listWinbondReply(*datagram);
+    while (!queuedReplies.isEmpty() && slice.elapsed() < veltor::kReplySliceMs) {
+        const QPair<bool, QByteArray> reply = queuedReplies.dequeue();
+        if (reply.first)
+            listWinbondReply(reply.second);
         else
-            listHdsReply(*datagram);
+            listHdsReply(reply.second);
     }
-    // The rest is taken up after pending events, without waiting for a new datagram.
-    QTimer::singleShot(0, receiver, [this, receiver] { drainReceiver(receiver); });
+    if (!queuedReplies.isEmpty()) {
+        listingQueued = true;
+        QTimer::singleShot(0, this, &MainWindow::listQueuedReplies);
+    }
 }
 
 QString MainWindow::WinbondDataHandle(QString hex, QString key)

@@ -33,6 +33,9 @@ QNetworkReply *sdGet(QNetworkAccessManager *manager, const QUrl &url, int timeou
     request.setTransferTimeout(timeoutMs);
     QNetworkReply *reply = manager->get(request);
     if (maxBytes > 0) {
+        // Held back beyond the limit, so that a long answer cannot arrive whole
+        // before the check below sees it and is then taken as complete.
+        reply->setReadBufferSize(maxBytes + 1);
         QObject::connect(reply, &QNetworkReply::downloadProgress, reply,
                          [reply, maxBytes](qint64 received, qint64) {
                              if (received > maxBytes) {

@@ -75,7 +75,7 @@ Outcome uploadReset(Harness &harness)
     const qint64 rssBefore = peakRssKb();
     Outcome outcome = harness.begin(QStringLiteral("upload: camera resets the connection"));
     if (!harness.unlock(camera, "mycellClickedUpdate"))
-        outcome.fail(QStringLiteral("camera not unlocked"));
+        outcome.fail(QStringLiteral("camera not listed or not unlocked"));
     harness.window->findChild<QLineEdit *>(QStringLiteral("fileEdit"))->setText(path);
     auto *socket = harness.window->findChild<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly);
     bool connected = false;

@@ -104,6 +104,8 @@ bool Harness::unlock(const camsimfleet::Camera &camera, const char *clickSlot)
     search();
     waitFor([] { return false; }, 3000);
     const QObject *before = answeredDialog;
+    if (row(camera.ip) < 0)
+        return false; // the search did not find it again
     // Queued: the dialog's exec() must not block this function.
     QMetaObject::invokeMethod(window, clickSlot, Qt::QueuedConnection, Q_ARG(int, row(camera.ip)),
                               Q_ARG(int, 1));

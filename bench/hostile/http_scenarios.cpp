@@ -80,6 +80,8 @@ Outcome credentials(Harness &harness, const QString &mode)
     // A new search locks every camera again, so that the dialog is shown.
     harness.search();
     Harness::waitFor([] { return false; }, 3000);
+    if (harness.row(camera.ip) < 0)
+        outcome.fail(QStringLiteral("camera not listed by the search"));
     // Queued: the dialog's exec() must not block this function.
     QMetaObject::invokeMethod(harness.window, "mycellClickedSdmanager", Qt::QueuedConnection,
                               Q_ARG(int, harness.row(camera.ip)), Q_ARG(int, 1));

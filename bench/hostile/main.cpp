@@ -1,12 +1,13 @@
 // Hostile cameras against the real main window (offscreen) in the namespace
 // harness; run through run.sh. One row per scenario: result, the window's
 // longest stall, the tool's peak RSS, whether user files suffered. An
-// argument runs only the scenarios whose name contains it ("udp flood").
+// argument, a regular expression, picks scenarios by name ("flood|upload").
 #include "app/mainwindow.h"
 #include "app/startup.h"
 #include "scenarios.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QTableWidget>
 #include <QTextStream>
 #include <algorithm>
@@ -36,12 +37,13 @@ QVector<QPair<QString, Scenario>> scenarios(Harness &harness)
     return all;
 }
 
-// The scenarios whose name contains `filter` (all when it is empty).
+// The scenarios whose name matches `filter`, a regular expression.
 QVector<Outcome> runAll(Harness &harness, const QString &filter)
 {
+    const QRegularExpression wanted(filter);
     QVector<Outcome> rows;
     for (const auto &scenario : scenarios(harness)) {
-        if (scenario.first.contains(filter))
+        if (scenario.first.contains(wanted))
             rows << scenario.second();
     }
     return rows;

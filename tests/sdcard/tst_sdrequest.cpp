@@ -1,0 +1,107 @@
+// The body limit of camera requests, against a camera that sends its whole
+// answer at once while the tool is busy elsewhere: the limit must hold even
+// when the answer is complete before the tool looks at it.
+#include "sdcard/sdrequest.h"
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QThread>
+#include <QtTest>
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+// Accepts one connection on a free loopback port, reads the request and sends
+// an answer with `bodyBytes` bytes of body as fast as the peer takes them.
+class BlurtingCamera
+{
+public:
+    explicit BlurtingCamera(qint64 bodyBytes)
+    {
+        listener = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof address;
+        bind(listener, reinterpret_cast<sockaddr *>(&address), length);
+        listen(listener, 1);
+        getsockname(listener, reinterpret_cast<sockaddr *>(&address), &length);
+        port = ntohs(address.sin_port);
+        worker = std::thread([this, bodyBytes] { serve(bodyBytes); });
+    }
+    ~BlurtingCamera()
+    {
+        worker.join();
+        close(listener);
+    }
+
+    quint16 port = 0;
+
+private:
+    void serve(qint64 bodyBytes)
+    {
+        const int peer = accept(listener, nullptr, nullptr);
+        char request[4096];
+        recv(peer, request, sizeof request, 0);
+        QByteArray answer = "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(bodyBytes) +
+                            "\r\nConnection: close\r\n\r\n";
+        answer += QByteArray(int(bodyBytes), 'a');
+        for (qint64 sent = 0; sent < answer.size();) {
+            const ssize_t n =
+                send(peer, answer.constData() + sent, size_t(answer.size() - sent), MSG_NOSIGNAL);
+            if (n <= 0)
+                break;
+            sent += n;
+        }
+        close(peer);
+    }
+
+    int listener = -1;
+    std::thread worker;
+};
+
+} // namespace
+
+class TestSdRequest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void bodyLimit_data();
+    void bodyLimit();
+};
+
+void TestSdRequest::bodyLimit_data()
+{
+    constexpr qint64 kLimit = 8 * 1024 * 1024;
+    QTest::addColumn<qint64>("bodyBytes");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("at the limit") << kLimit << true;
+    QTest::newRow("one byte over") << kLimit + 1 << false;
+    QTest::newRow("twice the limit") << 2 * kLimit << false;
+}
+
+void TestSdRequest::bodyLimit()
+{
+    QFETCH(qint64, bodyBytes);
+    QFETCH(bool, accepted);
+    BlurtingCamera camera(bodyBytes);
+    QNetworkAccessManager manager;
+    QNetworkReply *reply =
+        veltor::sdGet(&manager, QUrl(QStringLiteral("http://127.0.0.1:%1/sd/").arg(camera.port)),
+                      10000, 8 * 1024 * 1024);
+    // Busy elsewhere while the whole answer arrives.
+    QThread::msleep(1500);
+    QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 15000);
+    QCOMPARE(reply->error() == QNetworkReply::NoError, accepted);
+    if (accepted)
+        QCOMPARE(reply->readAll().size(), bodyBytes);
+    delete reply;
+}
+
+QTEST_GUILESS_MAIN(TestSdRequest)
+#include "tst_sdrequest.moc"
