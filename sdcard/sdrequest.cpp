@@ -33,16 +33,22 @@ QNetworkReply *sdGet(QNetworkAccessManager *manager, const QUrl &url, int timeou
     request.setTransferTimeout(timeoutMs);
     QNetworkReply *reply = manager->get(request);
     if (maxBytes > 0) {
-        // Held back beyond the limit, so that a long answer cannot arrive whole
-        // before the check below sees it and is then taken as complete.
+        // Qt reports progress at most every 100 ms, so a quick answer may be
+        // in whole before the first report: an announced length is judged as
+        // soon as the headers are in, an unannounced one is held back at the
+        // limit until a report sees it.
         reply->setReadBufferSize(maxBytes + 1);
-        QObject::connect(reply, &QNetworkReply::downloadProgress, reply,
-                         [reply, maxBytes](qint64 received, qint64) {
-                             if (received > maxBytes) {
-                                 reply->setProperty(kSdTooLongProperty, true);
-                                 reply->abort();
-                             }
-                         });
+        const auto refuseLong = [reply, maxBytes](qint64 received, qint64 total) {
+            if (received > maxBytes || total > maxBytes) {
+                reply->setProperty(kSdTooLongProperty, true);
+                reply->abort();
+            }
+        };
+        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, refuseLong] {
+            const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
+            refuseLong(0, length.isValid() ? length.toLongLong() : -1);
+        });
+        QObject::connect(reply, &QNetworkReply::downloadProgress, reply, refuseLong);
     }
     return reply;
 }
