@@ -217,8 +217,15 @@ void tst_UpgradeState::arguments_data()
         << QStringList{"upgrade", "--user",        "a",     "--webui", "--file",
                        file,      "--only-failed", donePath}
         << int(Failure) << "the state file is of a firmware upgrade, not of a webui upgrade";
+    const QString damaged = dir.filePath("damaged.json");
+    QFile garbage(damaged);
+    garbage.open(QIODevice::WriteOnly);
+    garbage.write("\x7f"
+                  "ELF, not a state file");
+    garbage.close();
     QTest::newRow("upgrade: damaged state")
-        << QStringList{"upgrade", "--user", "a", "--webui", "--file", file, "--only-failed", file}
+        << QStringList{"upgrade", "--user",        "a",    "--webui", "--file",
+                       file,      "--only-failed", damaged}
         << int(Failure) << "is damaged: not JSON";
     QTest::newRow("set: no MAC") << QStringList{"set", "--dhcp", "--user", "admin"} << int(Usage)
                                  << "give exactly one MAC address";
