@@ -1,6 +1,8 @@
 #pragma once
 
 #include "auth/cameralogin.h"
+#include "discovery/devicerecord.h"
+#include "discovery/listedcameras.h"
 #include "discovery/storedcamera.h"
 
 #include <QAbstractSocket>
@@ -13,6 +15,7 @@
 #include <QQueue>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 class QFile;
 class QNetworkReply;
@@ -122,11 +125,12 @@ private:
     // events, so a flood of replies never freezes the window.
     void drainReceiver(QUdpSocket *receiver);
     void listQueuedReplies();
-    // Each reply is kept raw, then listed once per MAC at its key's position.
-    void listWinbondReply(const QByteArray &datagram);
-    void listHdsReply(const QByteArray &datagram);
-    bool isListed(const QString &mac) const;
-    int insertDeviceRow(QString ip);
+    // Each reply is kept raw, then listed once per MAC at its key's position;
+    // they give the row listed, or -1.
+    int listWinbondReply(const QByteArray &datagram);
+    int listHdsReply(const QByteArray &datagram);
+    // The row a new camera takes, or empty for a MAC listed already.
+    std::optional<int> admitDeviceRow(const veltor::DeviceRecord &record);
     void enlargeReceiveBuffers();
     // Steps shared by the four cell-click slots: restore the previous row,
     // paint the clicked one in all four tables, remember it.
@@ -200,4 +204,5 @@ private:
     // Replies read but not yet listed, each with whether it came on port 10000.
     QQueue<QPair<bool, QByteArray>> queuedReplies;
     bool listingQueued = false;
+    veltor::ListedCameras listedCameras;
 };

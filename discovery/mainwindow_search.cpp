@@ -1,16 +1,15 @@
 #include "app/mainwindow.h"
 
 #include "discovery/devicerecord.h"
+#include "discovery/eventwait.h"
 #include "discovery/hdsreply.h"
 #include "discovery/protocolconstants.h"
-#include "discovery/rowordering.h"
 #include "discovery/searchmessages.h"
 #include "discovery/winbondreply.h"
+#include "netconf/validators.h"
 #include "ui_mainwindow.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QTime>
 #include <QTimer>
 #include <QUdpSocket>
 #include <optional>
@@ -52,6 +51,7 @@ void MainWindow::on_searchButton_clicked()
     cameraCredentials.clear();
     winbondReplies.clear();
     hdsReplies.clear();
+    listedCameras.clear();
     queuedReplies.clear(); // answers to the previous search
 
     for (int round = 0; round < veltor::kSearchRounds; ++round) {
@@ -101,12 +101,18 @@ void MainWindow::listQueuedReplies()
     listingQueued = false;
     QElapsedTimer slice;
     slice.start();
+    int newestRow = -1;
     while (!queuedReplies.isEmpty() && slice.elapsed() < veltor::kReplySliceMs) {
         const QPair<bool, QByteArray> reply = queuedReplies.dequeue();
-        if (reply.first)
-            listWinbondReply(reply.second);
-        else
-            listHdsReply(reply.second);
+        const int row = reply.first ? listWinbondReply(reply.second) : listHdsReply(reply.second);
+        if (row >= 0)
+            newestRow = row;
+    }
+    // Selecting costs as much as listing: once a slice, the newest camera,
+    // which is where selecting after every reply would end as well.
+    if (newestRow >= 0) {
+        for (QTableWidget *table : deviceTables())
+            table->selectRow(newestRow);
     }
     if (!queuedReplies.isEmpty()) {
         listingQueued = true;
@@ -119,38 +125,45 @@ QString MainWindow::WinbondDataHandle(QString hex, QString key)
     return veltor::winbondDataHandle(hex, key);
 }
 
-void MainWindow::listWinbondReply(const QByteArray &datagram)
+int MainWindow::listWinbondReply(const QByteArray &datagram)
 {
     const QString hex = QString::fromLatin1(datagram.toHex());
     winbondReplies.append(hex);
     if (hex.size() <= veltor::kWinbondShortReplyHexChars)
-        return;
+        return -1;
     const std::optional<veltor::DeviceRecord> record = veltor::winbondRecordFromHex(hex);
-    if (!record || isListed(record->mac))
-        return;
+    if (!record)
+        return -1;
+    const std::optional<int> row = admitDeviceRow(*record);
+    if (!row)
+        return -1;
     lockState[record->ip] = QStringLiteral("lock");
-    const int row = insertDeviceRow(record->ip);
     for (QTableWidget *table : deviceTables()) {
+        table->insertRow(*row);
         for (int column = 0; column < veltor::DeviceRecord::kColumnCount; ++column)
-            setCell(table, row, column, record->column(column));
-        table->selectRow(row);
+            setCell(table, *row, column, record->column(column));
     }
+    return *row;
 }
 
-void MainWindow::listHdsReply(const QByteArray &datagram)
+int MainWindow::listHdsReply(const QByteArray &datagram)
 {
     const QString text = veltor::hdsReplyText(datagram);
     hdsReplies.append(text);
     std::optional<veltor::DeviceRecord> record = veltor::hdsRecordFromText(text);
-    if (!record || isListed(record->mac))
-        return;
+    if (!record)
+        return -1;
+    const std::optional<int> row = admitDeviceRow(*record);
+    if (!row)
+        return -1;
     if (record->name.isEmpty())
         record->name = tr("Unnamed");
     const QList<QTableWidget *> tables = deviceTables();
-    const int row = insertDeviceRow(record->ip);
+    for (QTableWidget *table : tables)
+        table->insertRow(*row);
     auto fillColumn = [&](int column) {
         for (QTableWidget *table : tables)
-            setCell(table, row, column, record->column(column));
+            setCell(table, *row, column, record->column(column));
     };
     fillColumn(0);
     deviceIds[record->mac] = record->deviceId;
@@ -158,35 +171,23 @@ void MainWindow::listHdsReply(const QByteArray &datagram)
     lockState[record->ip] = QStringLiteral("lock");
     for (int column = 2; column < veltor::DeviceRecord::kColumnCount; ++column)
         fillColumn(column);
-    for (QTableWidget *table : tables)
-        table->selectRow(row);
+    return *row;
 }
 
-bool MainWindow::isListed(const QString &mac) const
+std::optional<int> MainWindow::admitDeviceRow(const veltor::DeviceRecord &record)
 {
     const QTableWidget *table = ui->tableWidgetSearch_1;
-    for (int row = 0; row < table->rowCount(); ++row) {
-        const QTableWidgetItem *item = table->item(row, 3);
-        if (item && item->text() == mac)
-            return true;
+    // Rows put in or taken out by anyone else: learn the table anew.
+    if (listedCameras.size() != table->rowCount()) {
+        listedCameras.clear();
+        for (int row = 0; row < table->rowCount(); ++row) {
+            const QTableWidgetItem *ip = table->item(row, 1);
+            const QTableWidgetItem *mac = table->item(row, 3);
+            listedCameras.admit(mac ? mac->text() : QString(),
+                                veltor::ipToKey(ip ? ip->text() : QString()));
+        }
     }
-    return false;
-}
-
-int MainWindow::insertDeviceRow(QString ip)
-{
-    const QTableWidget *table = ui->tableWidgetSearch_1;
-    QVector<int> keys;
-    keys.reserve(table->rowCount());
-    for (int row = 0; row < table->rowCount(); ++row) {
-        const QTableWidgetItem *item = table->item(row, 1);
-        QString listed = item ? item->text() : QString();
-        keys << IPtoInt(&listed);
-    }
-    const int row = veltor::insertionRow(keys, IPtoInt(&ip));
-    for (QTableWidget *each : deviceTables())
-        each->insertRow(row);
-    return row;
+    return listedCameras.admit(record.mac, veltor::ipToKey(record.ip));
 }
 
 QList<QTableWidget *> MainWindow::deviceTables() const
@@ -216,7 +217,5 @@ void MainWindow::on_automaticSearchBox_toggled(bool checked)
 
 void MainWindow::sleep(unsigned int msec)
 {
-    const QTime deadline = QTime::currentTime().addMSecs(int(msec));
-    while (QTime::currentTime() < deadline)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, veltor::kMaxEventSliceMs);
+    veltor::waitProcessingEvents(msec, veltor::kMaxEventSliceMs);
 }

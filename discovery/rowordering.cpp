@@ -1,15 +1,12 @@
 #include "discovery/rowordering.h"
 
+#include <algorithm>
+
 namespace veltor {
 
 int insertionRow(const QVector<int> &rowKeys, int key)
 {
-    int row = 0;
-    for (int r = 0; r < rowKeys.size(); ++r) {
-        if (key > rowKeys.at(r))
-            row = r + 1;
-    }
-    return row;
+    return int(std::lower_bound(rowKeys.cbegin(), rowKeys.cend(), key) - rowKeys.cbegin());
 }
 
 } // namespace veltor

@@ -1,14 +1,13 @@
 #include "sdcard/sdmanager.h"
 
 #include "app/loaddialog.h"
+#include "discovery/eventwait.h"
 #include "sdcard/sdfolderdownload.h"
 #include "sdcard/sdlisting.h"
 #include "ui_sdmanager.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
@@ -25,6 +24,7 @@ const char kIdleStyle[] =
     "background-color:#ffa03e;border-radius:3px;border:none;font-weight:bold;}";
 constexpr unsigned kListingPauseMs = 1000;
 constexpr int kFailuresListed = 20;
+constexpr int kMaxSleepSliceMs = 100; // longest slice of event processing in sleep()
 
 } // namespace
 
@@ -255,13 +255,5 @@ void sdmanager::sdFormatReply(QNetworkReply *reply)
 
 void sdmanager::sleep(unsigned int milliseconds)
 {
-    // Waits on the event loop in slices of at most 100 ms instead of spinning.
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < qint64(milliseconds)) {
-        QEventLoop loop;
-        QTimer::singleShot(int(qMin<qint64>(100, milliseconds - clock.elapsed())), &loop,
-                           &QEventLoop::quit);
-        loop.exec();
-    }
+    veltor::waitProcessingEvents(milliseconds, kMaxSleepSliceMs);
 }

@@ -1,9 +1,11 @@
 // One search of the real main window (offscreen) against a large simulated
 // fleet; run through run.sh, which starts the fleet in the namespace harness.
 // Prints rows listed, lost and doubled, how long after the fleet's last reply
-// of the first round the last row was listed, and the tool's peak RSS.
+// of the first round the last row was listed, the window's longest stall
+// while listing, and the tool's peak RSS.
 #include "app/mainwindow.h"
 #include "camsimfleet.h"
+#include "probe.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -13,18 +15,6 @@
 #include <QTextStream>
 #include <QTimer>
 #include <algorithm>
-#include <sys/resource.h>
-
-namespace {
-
-qint64 peakRssKb()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -44,6 +34,11 @@ int main(int argc, char *argv[])
     QObject::connect(table->model(), &QAbstractItemModel::rowsInserted,
                      [&] { rowTimes << QDateTime::currentMSecsSinceEpoch(); });
 
+    // The window's first layout and paint are not listing.
+    QEventLoop shown;
+    QTimer::singleShot(500, &shown, &QEventLoop::quit);
+    shown.exec();
+    StallMeter stalls;
     const qint64 started = QDateTime::currentMSecsSinceEpoch();
     QMetaObject::invokeMethod(&window, "on_searchButton_clicked");
     // Late replies are still handled after the rounds.
@@ -89,6 +84,7 @@ int main(int argc, char *argv[])
         << " ms\n"
         << "last reply of round 1 to last row: " << lastRowMs - firstRoundLastReply << " ms\n"
         << "search start to last row:          " << lastRowMs - started << " ms\n"
+        << "window's longest stall:            " << stalls.longestStallMs() << " ms\n"
         << "tool peak RSS:                     " << peakRssKb()
         << " KiB (before the window: " << rssBefore << " KiB)\n"
         << "simulator peak RSS:                " << stats.value("peakRssKb").toInt() << " KiB\n";

@@ -1,4 +1,4 @@
-#include "discovery/rowordering.h"
+#include "discovery/listedcameras.h"
 #include "discovery/searchmessages.h"
 #include "netconf/validators.h"
 
@@ -39,9 +39,10 @@ void tst_SearchMessages::hdsSearchRequest()
     QCOMPARE(veltor::hdsSearchRequest(), expected);
 }
 
-// Cameras listed one after another, in arrival order; `expected` is the
-// resulting table order. The key joins the address parts as decimal text, so
-// it is deliberately not the numeric address order.
+// Cameras listed one after another, in arrival order, each named by its IP
+// (so an IP arriving twice is a duplicate); `expected` is the resulting table
+// order. The key joins the address parts as decimal text, so it is
+// deliberately not the numeric address order.
 void tst_SearchMessages::insertionOrder_data()
 {
     QTest::addColumn<QStringList>("arrivals");
@@ -61,6 +62,9 @@ void tst_SearchMessages::insertionOrder_data()
     // Equal keys: the newcomer goes before the rows already there.
     QTest::newRow("equal keys") << QStringList{"1.11.1.1", "11.1.1.1", "1.1.11.1"}
                                 << QStringList{"1.1.11.1", "11.1.1.1", "1.11.1.1"};
+    QTest::newRow("duplicates dropped")
+        << QStringList{"10.0.0.5", "10.0.0.1", "10.0.0.5", "10.0.0.9", "10.0.0.1", "10.0.0.3"}
+        << QStringList{"10.0.0.1", "10.0.0.3", "10.0.0.5", "10.0.0.9"};
 }
 
 void tst_SearchMessages::insertionOrder()
@@ -68,14 +72,14 @@ void tst_SearchMessages::insertionOrder()
     QFETCH(QStringList, arrivals);
     QFETCH(QStringList, expected);
 
+    veltor::ListedCameras listed;
     QStringList table;
     for (const QString &ip : arrivals) {
-        QVector<int> keys;
-        for (const QString &listed : table)
-            keys << veltor::ipToKey(listed);
-        table.insert(veltor::insertionRow(keys, veltor::ipToKey(ip)), ip);
+        if (const std::optional<int> row = listed.admit(ip, veltor::ipToKey(ip)))
+            table.insert(*row, ip);
     }
     QCOMPARE(table, expected);
+    QCOMPARE(listed.size(), expected.size());
 }
 
 QTEST_APPLESS_MAIN(tst_SearchMessages)
