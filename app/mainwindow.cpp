@@ -42,6 +42,9 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
         table->horizontalHeader()->setVisible(true);
     ui->progressBar->setStyleSheet(
         QStringLiteral("QProgressBar::chunk{background-color:#ffffff;}"));
+    // The window-wide background colour fills the whole bar, so nothing behind
+    // it needs painting again at each of its many steps.
+    ui->progressBar->setAttribute(Qt::WA_OpaquePaintEvent);
     ui->ipFixEdit->hide();
 
     setStyleSheet(QStringLiteral("background-color:#dcdcdc"));
