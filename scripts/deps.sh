@@ -15,7 +15,7 @@ packages=(
     # the simulator's second opinion on upload framing
     python3-multipart
     # packaging checks
-    desktop-file-utils appstream dpkg-dev
+    desktop-file-utils appstream dpkg-dev file
 )
 
 missing=()
