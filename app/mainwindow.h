@@ -4,10 +4,12 @@
 #include "discovery/devicerecord.h"
 #include "discovery/listedcameras.h"
 #include "discovery/storedcamera.h"
+#include "netconf/settingsverify.h"
 
 #include <QAbstractSocket>
 #include <QByteArray>
 #include <QColor>
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QMap>
 #include <QMultiMap>
@@ -35,7 +37,8 @@ class MainWindow;
 //   netconf/mainwindow_validators.cpp address checks and the lock of the camera controls
 //   discovery/mainwindow_search.cpp  search rounds and reply handling
 //   discovery/mainwindow_select.cpp  row colouring and opening a camera
-//   netconf/mainwindow_ipconf.cpp    IP configuration tab
+//   netconf/mainwindow_ipconf.cpp    IP configuration tab (submit: mainwindow_ipsubmit.cpp,
+//                                    reboot wait and result: mainwindow_ipverify.cpp)
 //   auth/mainwindow_auth.cpp         credential dialog opening, base64_encode
 //   update/mainwindow_update.cpp     update tab and the firmware upload stream
 //   sdcard/mainwindow_sdcard.cpp     SD card tab
@@ -137,13 +140,31 @@ private:
     void highlightClickedRow(QTableWidget *table, int row, int column);
 
     // netconf/ helpers
-    // The submit, its HTTP follow-up and the reboot wait are in mainwindow_ipsubmit.cpp.
+    // The submit and its HTTP steps are in mainwindow_ipsubmit.cpp; the reboot
+    // wait and the search for the changed camera in mainwindow_ipverify.cpp.
+    // A submitted change keeps its own copy of what was sent: the form, the
+    // tables and ipFixEdit may change in the waits before it is done.
+    struct ConfigChange
+    {
+        QString ip;
+        QString mac;
+        veltor::CameraLogin login;
+        veltor::NetworkSettings settings;
+    };
     QString macOfCamera(const QString &ip) const;
-    bool sendWinbondConfig(const QString &mac, const veltor::CameraLogin &login);
-    void sendHaisiConfig(const QString &mac, const veltor::CameraLogin &login);
-    void confirmConfiguration(const QString &ip, const veltor::CameraLogin &login);
+    bool configFits(const ConfigChange &change);
+    void sendConfiguration(const ConfigChange &change);
+    void checkBeforeSending(const ConfigChange &change);
     void rebootProgress(unsigned stepMs);
+    void watchChange();
+    void waitForChangedCamera();
+    void reportChange(qint64 waitedMs);
     class QNetworkAccessManager *configManager = nullptr;
+    // From the submit until its credential check has answered: one change at a time.
+    std::optional<ConfigChange> pendingChange;
+    // From the datagrams until the result is shown.
+    std::optional<veltor::ChangeWatch> changeWatch;
+    QElapsedTimer lastWatchSearch;
 
     // auth/ helpers
     // The chosen camera, shared by the three working tabs (app/mainwindow_camera.cpp).

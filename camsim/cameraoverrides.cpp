@@ -9,6 +9,15 @@ namespace {
 
 using Setter = std::function<bool(CameraSettings &, const QString &)>;
 
+// One of a fixed set of words; false, leaving `value` alone, for any other.
+template <typename T> bool lookUp(const QHash<QString, T> &words, const QString &text, T *value)
+{
+    if (!words.contains(text))
+        return false;
+    *value = words.value(text);
+    return true;
+}
+
 Setter text(QString CameraSettings::*field)
 {
     return [field](CameraSettings &camera, const QString &value) {
@@ -42,6 +51,11 @@ Setter flag(const std::function<void(CameraSettings &, bool)> &store)
 bool setMalformed(CameraSettings &camera, const QString &value)
 {
     return parseMalformed(value, &camera.behaviour.malformed);
+}
+
+bool setApply(CameraSettings &camera, const QString &value)
+{
+    return parseApplyMode(value, &camera.apply);
 }
 
 // "none": no card; "ready"/"notready": a card with that status.
@@ -88,6 +102,7 @@ const QHash<QString, Setter> &setters()
         {QStringLiteral("both"),
          flag([](CameraSettings &c, bool on) { c.behaviour.bothProtocols = on; })},
         {QStringLiteral("malformed"), setMalformed},
+        {QStringLiteral("apply"), setApply},
         {QStringLiteral("sd"), setSdCard},
     };
     return table;
@@ -102,10 +117,16 @@ bool parseMalformed(const QString &text, Malformed *kind)
         {QStringLiteral("truncated"), Malformed::Truncated},
         {QStringLiteral("random"), Malformed::Random},
         {QStringLiteral("status"), Malformed::Status}};
-    if (!kinds.contains(text))
-        return false;
-    *kind = kinds.value(text);
-    return true;
+    return lookUp(kinds, text, kind);
+}
+
+bool parseApplyMode(const QString &text, ApplyMode *mode)
+{
+    static const QHash<QString, ApplyMode> modes{
+        {QStringLiteral("later"), ApplyMode::Later},
+        {QStringLiteral("instantly"), ApplyMode::Instantly},
+        {QStringLiteral("never"), ApplyMode::Never}};
+    return lookUp(modes, text, mode);
 }
 
 bool applyOverride(CameraSettings &camera, const QString &assignment, QString *error)

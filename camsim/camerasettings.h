@@ -20,6 +20,11 @@ enum class Malformed {
     Status,    // Haisi: a status line other than "HDS/1.0 200 OK"; Winbond: a foreign header
 };
 
+// When a camera takes on network settings it was sent: like a real one after
+// a short restart (or at "/reboot.cgi"), at once, web server included, or
+// never (it ignores configuration messages).
+enum class ApplyMode { Later, Instantly, Never };
+
 // How a camera answers a search; all of it is set per camera.
 struct ReplyBehaviour
 {
@@ -69,6 +74,7 @@ struct CameraSettings
     QString upgradeFirmwareVersion;
     QString upgradeWebVersion;
     int upgradeRebootMs = 0;
+    ApplyMode apply = ApplyMode::Later;
     ReplyBehaviour behaviour;
     std::shared_ptr<SdCardSlot> sdCard = std::make_shared<SdCardSlot>();
 };

@@ -1,8 +1,8 @@
 // The camera side of the configuration messages: HDS/1.0 "CMD" requests on
 // 8002 (Haisi) and the 84-byte "MO_I" datagram on 10000 (Winbond). A message
 // for this camera (its Device-ID, its MAC) with its credentials changes the
-// network settings after a short restart; anything malformed or refused is
-// logged and ignored.
+// network settings after a short restart (or at once, or never: --apply);
+// anything malformed or refused is logged and ignored.
 #include "camsim/features.h"
 #include "camsim/networkchanger.h"
 #include "camsim/simcamera.h"
@@ -21,6 +21,15 @@ QString bareMac(const QString &mac)
 bool credentialsMatch(const SimCamera &camera, const QString &user, const QString &password)
 {
     return user == camera.settings().user && password == camera.settings().password;
+}
+
+// A camera that ignores configuration messages still takes them as its own.
+bool ignoresConfiguration(SimCamera &camera)
+{
+    if (camera.settings().apply != ApplyMode::Never)
+        return false;
+    camera.log(QStringLiteral("config"), QStringLiteral("configuration ignored (--apply never)"));
+    return true;
 }
 
 void applyCommand(SimCamera &camera, const CameraCommand &command)
@@ -52,6 +61,8 @@ bool handleHdsCmd(SimCamera &camera, const SimDatagram &datagram)
         camera.log(QStringLiteral("config"), QStringLiteral("CMD with wrong credentials ignored"));
         return true;
     }
+    if (ignoresConfiguration(camera))
+        return true;
     const std::optional<CameraCommand> command = parseCameraCommand(cmd->body);
     if (!command) {
         camera.log(QStringLiteral("config"), QStringLiteral("unknown command ignored"));
@@ -77,6 +88,8 @@ bool handleWinbondConfig(SimCamera &camera, const SimDatagram &datagram)
                    QStringLiteral("configuration with wrong credentials ignored"));
         return true;
     }
+    if (ignoresConfiguration(camera))
+        return true;
     NetworkChanger *changer = NetworkChanger::of(camera);
     changer->setAddresses(config->settings);
     changer->setPort(config->settings.port.toUShort());

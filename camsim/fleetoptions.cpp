@@ -110,10 +110,15 @@ const QList<Option> &optionList()
         {"delay", "Milliseconds before the first reply.", "MS"},
         {"spread", "Spread the cameras' replies evenly over this many milliseconds.", "MS"},
         {"malformed", "Reply badly: none, truncated, random, status.", "KIND"},
+        {"apply",
+         "When cameras take on network settings sent to them: later (after "
+         "$VELTOR_CAMSIM_APPLY_DELAY_MS, default 1500, or at /reboot.cgi), instantly (web "
+         "server included, before the sender can ask anything else), never (ignore them).",
+         "WHEN"},
         {"camera",
          "Per-camera settings, INDEX:key=value[,key=value...]; keys: name mac ip mask "
          "gateway dns port dhcp firmware web deviceid user password unicast repeat "
-         "delay malformed both sd upgrade upgradeweb upgradereboot.",
+         "delay malformed both sd upgrade upgradeweb upgradereboot apply.",
          "INDEX:KEY=VALUE"},
         {"status-file", "Write the fleet as JSON to this file once every camera listens.", "FILE"},
         {"list-addresses", "Print the cameras' addresses, one a line, and exit.", ""},
@@ -254,6 +259,11 @@ bool parseFleetOptions(const QStringList &arguments, FleetOptions *options, QStr
         *error = QStringLiteral("--malformed wants none, truncated, random or status");
         return false;
     }
+    const QString apply = parser.value(QStringLiteral("apply"));
+    if (!apply.isEmpty() && !parseApplyMode(apply, &options->apply)) {
+        *error = QStringLiteral("--apply wants later, instantly or never");
+        return false;
+    }
     for (const QString &text : parser.values(QStringLiteral("camera"))) {
         if (!parseCameraOverride(text, options, error))
             return false;
@@ -301,6 +311,7 @@ bool makeCameraSettings(const FleetOptions &options, QVector<CameraSettings> *ca
         camera.deviceId = QStringLiteral("VLTR%1").arg(index + 1, 8, 10, QLatin1Char('0'));
         camera.user = options.user;
         camera.password = options.password;
+        camera.apply = options.apply;
         camera.behaviour = options.behaviour;
         if (options.spreadMs > 0 && total > 1)
             camera.behaviour.delayMs += int(qint64(options.spreadMs) * index / (total - 1));

@@ -32,6 +32,7 @@ struct FleetOptions
     QString upgradeFirmwareVersion; // reported after an accepted upload; empty: unchanged
     QString upgradeWebVersion;
     int upgradeRebootMs = 0;
+    ApplyMode apply = ApplyMode::Later;
     ReplyBehaviour behaviour;
     int spreadMs = 0;                 // cameras' first replies spread evenly over this window
     QMap<int, QStringList> overrides; // fleet index -> "key=value" texts
@@ -50,6 +51,9 @@ bool makeCameraSettings(const FleetOptions &options, QVector<CameraSettings> *ca
 
 // "none", "truncated", "random" or "status".
 bool parseMalformed(const QString &text, Malformed *kind);
+
+// "later", "instantly" or "never".
+bool parseApplyMode(const QString &text, ApplyMode *mode);
 
 // One "key=value" of --camera; false with a message for unknown keys or values.
 bool applyOverride(CameraSettings &camera, const QString &assignment, QString *error);

@@ -68,7 +68,10 @@ void NetworkChanger::setPort(quint16 newPort)
 
 void NetworkChanger::restartSoon()
 {
-    restart->start(applyDelayMs());
+    if (camera.settings().apply == ApplyMode::Instantly)
+        restartNow();
+    else
+        restart->start(applyDelayMs());
 }
 
 void NetworkChanger::restartNow()

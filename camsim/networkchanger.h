@@ -27,7 +27,8 @@ public:
     void setAddresses(const NetworkSettings &settings);
     // 0 keeps the current port: the Winbond datagram carries 0 for an empty field.
     void setPort(quint16 port);
-    // After $VELTOR_CAMSIM_APPLY_DELAY_MS (default 1500 ms), or at once.
+    // After $VELTOR_CAMSIM_APPLY_DELAY_MS (default 1500 ms); at once for a
+    // camera that applies instantly.
     void restartSoon();
     void restartNow();
 

@@ -8,6 +8,7 @@
 #include "cli/search.h"
 #include "cli/targets.h"
 #include "discovery/protocolconstants.h"
+#include "netconf/settingsverify.h"
 #include "netconf/submitmessages.h"
 
 #include <QDeadlineTimer>

@@ -60,35 +60,6 @@ NetworkSettings settingsFor(const DeviceRecord &current, const SettingsChange &c
     return settings;
 }
 
-NetworkSettings expectedSettings(const NetworkSettings &sent, const QString &family)
-{
-    NetworkSettings expected = sent;
-    if (family == QLatin1String(kHaisiFamily) && !sent.dhcp)
-        expected.gateway = adjustGateway(sent.ip, sent.gateway);
-    return expected;
-}
-
-QStringList settingsDifferences(const DeviceRecord &seen, const NetworkSettings &expected)
-{
-    QStringList differences;
-    const auto compare = [&](const char *what, const QString &now, const QString &wanted) {
-        if (now != wanted)
-            differences << QStringLiteral("%1 %2 (wanted %3)")
-                               .arg(QLatin1String(what), now.isEmpty() ? QStringLiteral("-") : now,
-                                    wanted);
-    };
-    compare("dhcp", seen.dhcp, expected.dhcp ? QStringLiteral("on") : QStringLiteral("off"));
-    if (!expected.dhcp) {
-        compare("ip", seen.ip, expected.ip);
-        compare("mask", seen.subnet, expected.subnet);
-        compare("gateway", seen.gateway, expected.gateway);
-        compare("dns", seen.dns, expected.dns);
-    }
-    if (!expected.port.isEmpty())
-        compare("port", seen.port, expected.port);
-    return differences;
-}
-
 QString sendSettings(const SeenCamera &camera, const Credentials &credentials,
                      const NetworkSettings &settings, quint32 *cseq)
 {

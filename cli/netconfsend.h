@@ -25,14 +25,6 @@ bool addressGiven(const SettingsChange &change);
 // The form as the window would submit it: the camera's record, then the change.
 NetworkSettings settingsFor(const DeviceRecord &current, const SettingsChange &change);
 
-// The settings the camera should show once it has taken them on: a Haisi
-// camera's gateway moves into the address's /24 before it is sent.
-NetworkSettings expectedSettings(const NetworkSettings &sent, const QString &family);
-
-// "what: seen (wanted ...)" for each setting the camera does not show yet;
-// empty when it shows them all. Under DHCP only the flag and the port count.
-QStringList settingsDifferences(const DeviceRecord &seen, const NetworkSettings &expected);
-
 // Haisi: the netconf CMD and, unless the port is empty, the httpport CMD to the
 // group; Winbond: the 84-byte datagram to the broadcast address. Sent from the
 // interface that saw the camera. The error text, empty when all went out.

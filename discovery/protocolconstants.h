@@ -25,6 +25,10 @@ constexpr int kCredentialCheckTimeoutMs = 5000;
 // Reboot progress: 101 steps, about 30 s for Winbond and 150 s for Haisi.
 constexpr unsigned kWinbondRebootStepMs = 300;
 constexpr unsigned kHaisiRebootStepMs = 1500;
+// Meanwhile, and for a while after it, the changed camera is searched for.
+constexpr int kChangeSearchIntervalMs = 1500;
+constexpr int kChangeGraceMs = 10000;
+constexpr unsigned kChangeLookMs = 100;
 
 // Discovery: the Client-ID sent by every HDS/1.0 request (SEARCH and CMD alike),
 // and the kernel buffer of the search receivers, large enough that a burst of

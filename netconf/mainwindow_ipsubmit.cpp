@@ -27,35 +27,30 @@ veltor::NetworkSettings formSettings(const Ui::MainWindow &ui)
     return settings;
 }
 
-// Tests shorten the reboot wait through this variable; users get the designed timing.
-unsigned rebootStep(unsigned designedMs)
-{
-    bool ok = false;
-    const int override = qEnvironmentVariableIntValue("VELTOR_REBOOT_STEP_MS", &ok);
-    return ok && override >= 0 ? unsigned(override) : designedMs;
-}
-
 } // namespace
 
 void MainWindow::on_dhcpsubmit_clicked()
 {
+    if (pendingChange)
+        return; // the previous change's credential check has not answered yet
     const QString ip = ui->ipFixEdit->text();
-    const veltor::CameraLogin login = newestLogin(ip);
-    const veltor::SubmitCheck check = veltor::firstFailedCheck(formSettings(*ui), login.family);
+    const ConfigChange change{ip, macOfCamera(ip), newestLogin(ip), formSettings(*ui)};
+    const veltor::SubmitCheck check =
+        veltor::firstFailedCheck(change.settings, change.login.family);
     if (check != veltor::SubmitCheck::Passed) {
         QMessageBox::critical(this, tr("Error"), veltor::submitCheckMessage(check));
         return;
     }
-    const QString mac = macOfCamera(ip);
-    if (login.family == QLatin1String(veltor::kWinbondFamily)) {
-        if (!sendWinbondConfig(mac, login))
-            return;
-    } else if (login.family == QLatin1String(veltor::kHaisiFamily)) {
-        sendHaisiConfig(mac, login);
-    } else {
+    if (!configFits(change))
+        return;
+    // A camera outside the PC's /24 cannot be asked over HTTP: the change goes
+    // out unchecked, and the next search shows the result.
+    if (!veltor::sameSubnet24(ip, getNetwork())) {
+        sendConfiguration(change);
         return;
     }
-    confirmConfiguration(ip, login);
+    pendingChange = change;
+    checkBeforeSending(change);
 }
 
 QString MainWindow::macOfCamera(const QString &ip) const
@@ -72,49 +67,55 @@ QString MainWindow::macOfCamera(const QString &ip) const
     return QString();
 }
 
-bool MainWindow::sendWinbondConfig(const QString &mac, const veltor::CameraLogin &login)
+// False, after its message, for a family that takes no settings or Winbond
+// fields that do not fit the datagram.
+bool MainWindow::configFits(const ConfigChange &change)
 {
-    const veltor::WinbondFieldProblem problem =
-        veltor::checkWinbondFields(mac, login.user, login.password);
-    if (problem != veltor::WinbondFieldProblem::None) {
-        QMessageBox::critical(this, tr("Error"), veltor::winbondFieldMessage(problem));
+    const veltor::CameraLogin &login = change.login;
+    if (login.family == QLatin1String(veltor::kHaisiFamily))
+        return true;
+    if (login.family != QLatin1String(veltor::kWinbondFamily))
         return false;
-    }
-    const QByteArray datagram =
-        veltor::winbondConfigDatagram(mac, login.user, login.password, formSettings(*ui));
-    broadcastSender->writeDatagram(datagram, QHostAddress(QLatin1String(veltor::kBroadcastAddress)),
-                                   veltor::kBinarySearchPort);
-    return true;
+    const veltor::WinbondFieldProblem problem =
+        veltor::checkWinbondFields(change.mac, login.user, login.password);
+    if (problem == veltor::WinbondFieldProblem::None)
+        return true;
+    QMessageBox::critical(this, tr("Error"), veltor::winbondFieldMessage(problem));
+    return false;
 }
 
-void MainWindow::sendHaisiConfig(const QString &mac, const veltor::CameraLogin &login)
+void MainWindow::sendConfiguration(const ConfigChange &change)
 {
-    const veltor::NetworkSettings settings = formSettings(*ui);
-    const QString deviceId = deviceIds.value(mac);
+    const veltor::CameraLogin &login = change.login;
+    if (login.family == QLatin1String(veltor::kWinbondFamily)) {
+        broadcastSender->writeDatagram(
+            veltor::winbondConfigDatagram(change.mac, login.user, login.password, change.settings),
+            QHostAddress(QLatin1String(veltor::kBroadcastAddress)), veltor::kBinarySearchPort);
+        return;
+    }
+    const QString deviceId = deviceIds.value(change.mac);
     const QHostAddress group(QLatin1String(veltor::kHdsGroup));
     const auto send = [&](const QByteArray &body) {
         multicastSender->writeDatagram(
             veltor::hdsCmdRequest(getSeqNum(), login.user, login.password, deviceId, body), group,
             veltor::kHdsPort);
     };
-    send(veltor::netconfBody(settings, mac));
-    if (!settings.port.isEmpty())
-        send(veltor::httpPortBody(settings.port));
+    send(veltor::netconfBody(change.settings, change.mac));
+    if (!change.settings.port.isEmpty())
+        send(veltor::httpPortBody(change.settings.port));
 }
 
-// The configuration goes out over UDP and is never answered. To tell the user
-// whether it can have worked, the camera is then asked over HTTP, at its old
-// address, to check the same credentials; that reply drives ipConf (reboot and
-// progress, or "request failed"). A camera outside the PC's /24 cannot be asked:
-// the datagram has still gone out, and the next search shows the result.
-void MainWindow::confirmConfiguration(const QString &ip, const veltor::CameraLogin &login)
+// The configuration goes out over UDP and is never answered, and a camera may
+// take it on at once, moving its web server away. So the credentials are
+// checked first, at the old address; that reply drives ipConf, which sends
+// the change only when they were accepted.
+void MainWindow::checkBeforeSending(const ConfigChange &change)
 {
-    if (!veltor::sameSubnet24(ip, getNetwork()))
-        return;
+    const veltor::CameraLogin &login = change.login;
     if (!configManager)
         configManager = new QNetworkAccessManager(this);
-    QNetworkRequest request(
-        veltor::credentialCheckUrl(ip, login.port, login.family, login.user, login.password));
+    QNetworkRequest request(veltor::credentialCheckUrl(change.ip, login.port, login.family,
+                                                       login.user, login.password));
     request.setTransferTimeout(veltor::kCredentialCheckTimeoutMs);
     QNetworkReply *reply = veltor::getOutcomeOnly(configManager, request);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { ipConf(reply); });
@@ -123,53 +124,30 @@ void MainWindow::confirmConfiguration(const QString &ip, const veltor::CameraLog
 void MainWindow::ipConf(QNetworkReply *reply)
 {
     reply->deleteLater();
+    if (!pendingChange)
+        return;
+    const ConfigChange change = *std::exchange(pendingChange, std::nullopt);
     if (reply->error() != QNetworkReply::NoError) {
         QMessageBox::critical(this, tr("Error"), tr("Your request has failed, retry please!"));
         return;
     }
-    const QString ip = ui->ipFixEdit->text();
-    const veltor::CameraLogin login = newestLogin(ip);
+    const veltor::CameraLogin &login = change.login;
+    changeWatch.emplace(change.mac, login.family,
+                        veltor::expectedSettings(change.settings, login.family));
+    changeWatch->skipStored(winbondReplies, hdsReplies);
+    sendConfiguration(change);
     if (login.family == QLatin1String(veltor::kWinbondFamily)) {
         WinbondRebootProgressBar();
         return;
     }
-    if (!configManager)
-        configManager = new QNetworkAccessManager(this);
     QNetworkReply *reboot = veltor::getOutcomeOnly(
-        configManager,
-        QNetworkRequest(veltor::cameraUrl(ip, login.port, QStringLiteral("/reboot.cgi?user="),
-                                          login.user, QStringLiteral("&pwd="), login.password)));
+        configManager, QNetworkRequest(veltor::cameraUrl(
+                           change.ip, login.port, QStringLiteral("/reboot.cgi?user="), login.user,
+                           QStringLiteral("&pwd="), login.password)));
     connect(reboot, &QNetworkReply::finished, reboot, &QObject::deleteLater);
     QMessageBox::information(this, tr("Camera rebooting"),
                              tr("The camera is rebooting now, please wait for a moment!"));
     HaisiRebootProgressBar();
-}
-
-void MainWindow::WinbondRebootProgressBar()
-{
-    rebootProgress(rebootStep(veltor::kWinbondRebootStepMs));
-}
-
-void MainWindow::HaisiRebootProgressBar()
-{
-    rebootProgress(rebootStep(veltor::kHaisiRebootStepMs));
-}
-
-void MainWindow::rebootProgress(unsigned stepMs)
-{
-    // Disabled, not blocked: replies keep arriving while the camera restarts.
-    setEnabled(false);
-    ui->progressBar->setValue(0);
-    sleep(stepMs);
-    for (int value = 1; value <= 100; ++value) {
-        ui->progressBar->setValue(value);
-        sleep(stepMs);
-    }
-    ui->progressBar->setValue(0);
-    // Enabled before the box, so its button can be pressed.
-    setEnabled(true);
-    QMessageBox::information(this, tr("IP Configure"),
-                             tr("IP Config Successful! Please search again!"));
 }
 
 QByteArray MainWindow::WinbondtoHex(QString value, QString key)

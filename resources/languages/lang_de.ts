@@ -276,6 +276,14 @@
         <translation>IP-Konfiguration erfolgreich! Bitte suchen Sie erneut!</translation>
     </message>
     <message>
+        <source>The camera was not seen with the new settings after %1 s: %2</source>
+        <translation>Die Kamera wurde nach %1 s nicht mit den neuen Einstellungen gefunden: %2</translation>
+    </message>
+    <message>
+        <source>it did not answer the searches</source>
+        <translation>sie hat auf die Suche nicht geantwortet</translation>
+    </message>
+    <message>
         <source>Firmware Files(*.bin)</source>
         <translation>Firmware-Dateien(*.bin)</translation>
     </message>

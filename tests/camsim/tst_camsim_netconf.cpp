@@ -128,6 +128,7 @@ void CamsimNetconfTest::configuration_data()
     QTest::addColumn<bool>("taken");
     QTest::addColumn<QString>("mask"); // after the restart
     QTest::addColumn<int>("httpPort"); // the web server's port afterwards; 0: unchanged
+    QTest::addColumn<int>("apply");    // ApplyMode; a camera that applies later is restarted
 
     veltor::NetworkSettings s;
     s.ip = QStringLiteral("127.0.0.1");
@@ -141,11 +142,12 @@ void CamsimNetconfTest::configuration_data()
     const QByteArray netconf = veltor::netconfBody(s, kMac);
     const int haisi = int(Family::Haisi);
     const int winbond = int(Family::Winbond);
+    const int later = int(ApplyMode::Later);
     QTest::newRow("haisi netconf")
-        << haisi << cmd(netconf, cam.password, cam.deviceId) << true << "255.255.0.0" << 0;
+        << haisi << cmd(netconf, cam.password, cam.deviceId) << true << "255.255.0.0" << 0 << later;
     QTest::newRow("haisi port") << haisi
                                 << cmd(veltor::httpPortBody("0"), cam.password, cam.deviceId)
-                                << true << "255.0.0.0" << 0;
+                                << true << "255.0.0.0" << 0 << later;
     QTcpServer probe;
     QVERIFY(probe.listen(QHostAddress::LocalHost, 0));
     const int freePort = probe.serverPort();
@@ -153,29 +155,34 @@ void CamsimNetconfTest::configuration_data()
     QTest::newRow("haisi new port")
         << haisi
         << cmd(veltor::httpPortBody(QByteArray::number(freePort)), cam.password, cam.deviceId)
-        << true << "255.0.0.0" << freePort;
+        << true << "255.0.0.0" << freePort << later;
     QTest::newRow("haisi wrong password")
-        << haisi << cmd(netconf, "x", cam.deviceId) << true << "255.0.0.0" << 0;
+        << haisi << cmd(netconf, "x", cam.deviceId) << true << "255.0.0.0" << 0 << later;
     QTest::newRow("haisi other camera")
-        << haisi << cmd(netconf, cam.password, "DEV-2") << false << "255.0.0.0" << 0;
+        << haisi << cmd(netconf, cam.password, "DEV-2") << false << "255.0.0.0" << 0 << later;
     QTest::newRow("haisi other MAC")
         << haisi << cmd(veltor::netconfBody(s, "02:56:4C:00:00:02"), cam.password, cam.deviceId)
-        << true << "255.0.0.0" << 0;
-    QTest::newRow("haisi malformed")
-        << haisi << QByteArray("CMD * HDS/1.0\r\n\r\nnetconf") << false << "255.0.0.0" << 0;
+        << true << "255.0.0.0" << 0 << later;
+    QTest::newRow("haisi malformed") << haisi << QByteArray("CMD * HDS/1.0\r\n\r\nnetconf") << false
+                                     << "255.0.0.0" << 0 << later;
     s.port = QStringLiteral("0");
     QTest::newRow("winbond wrong password")
         << winbond << veltor::winbondConfigDatagram(kMac, cam.user, "wrong", s) << true
-        << "255.0.0.0" << 0;
+        << "255.0.0.0" << 0 << later;
     QTest::newRow("winbond right password")
         << winbond << veltor::winbondConfigDatagram(kMac, cam.user, cam.password, s) << true
-        << "255.255.0.0" << 0;
+        << "255.255.0.0" << 0 << later;
     QTest::newRow("winbond other MAC")
         << winbond << veltor::winbondConfigDatagram("02:56:4C:00:00:09", cam.user, cam.password, s)
-        << false << "255.0.0.0" << 0;
+        << false << "255.0.0.0" << 0 << later;
     QTest::newRow("winbond cut short")
         << winbond << veltor::winbondConfigDatagram(kMac, cam.user, cam.password, s).left(60)
-        << false << "255.0.0.0" << 0;
+        << false << "255.0.0.0" << 0 << later;
+    const QByteArray right = veltor::winbondConfigDatagram(kMac, cam.user, cam.password, s);
+    QTest::newRow("winbond at once")
+        << winbond << right << true << "255.255.0.0" << 0 << int(ApplyMode::Instantly);
+    QTest::newRow("winbond ignoring it")
+        << winbond << right << true << "255.0.0.0" << 0 << int(ApplyMode::Never);
 }
 
 void CamsimNetconfTest::configuration()
@@ -185,14 +192,18 @@ void CamsimNetconfTest::configuration()
     QFETCH(bool, taken);
     QFETCH(QString, mask);
     QFETCH(int, httpPort);
-    SimCamera camera(settingsOf(Family(family)));
+    QFETCH(int, apply);
+    CameraSettings settings = settingsOf(Family(family));
+    settings.apply = ApplyMode(apply);
+    SimCamera camera(settings);
     installFeatures(camera);
     QString error;
     QVERIFY(camera.startHttp(QHostAddress::LocalHost, 0, &error));
     const quint16 before = camera.http().serverPort();
     const quint16 port = family == int(Family::Haisi) ? 8002 : 10000;
     QCOMPARE(camera.handleDatagram(datagram(message, port)), taken);
-    NetworkChanger::of(camera)->restartNow();
+    if (settings.apply != ApplyMode::Instantly)
+        NetworkChanger::of(camera)->restartNow();
     QCOMPARE(camera.settings().mask, mask);
     QCOMPARE(int(camera.http().serverPort()), httpPort ? httpPort : int(before));
     QCOMPARE(camera.http().serverAddress(), QHostAddress(QHostAddress::LocalHost));

@@ -2,6 +2,7 @@
 // it fills from the camera, the window's checks and texts, and the
 // comparison that decides "verified".
 #include "cli/netconfsend.h"
+#include "netconf/settingsverify.h"
 #include "netconf/submitmessages.h"
 
 #include <QtTest>

@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QNetworkInterface>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTableWidget>
 #include <QTimer>
 
@@ -50,6 +51,12 @@ void BoxRecorder::answer(QWidget *modal)
         return;
     }
     dialogActions.takeFirst()(modal);
+}
+
+QString secondsAsN(const QString &text)
+{
+    return QString(text).replace(QRegularExpression(QStringLiteral("\\b\\d+ s\\b")),
+                                 QStringLiteral("N s"));
 }
 
 std::function<void(QWidget *)> typeCredentials(const QString &user, const QString &password)

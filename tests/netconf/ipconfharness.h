@@ -31,6 +31,9 @@ private:
     QTimer *poll;
 };
 
+// A box text with the seconds a wait took written as "N", for comparing.
+QString secondsAsN(const QString &text);
+
 // A dialog action: types user and password into the credential dialog and presses OK.
 std::function<void(QWidget *)> typeCredentials(const QString &user, const QString &password);
 
