@@ -121,7 +121,11 @@ QByteArray winbondConfigDatagram(const QString &mac, const QString &user, const 
             return QByteArray();
         putText(&datagram, kAddressOffset, addresses);
     }
-    qToBigEndian<quint16>(settings.port.toUShort(nullptr, 10), datagram.data() + kPortOffset);
+    // Through a buffer of its own: written straight into data(), GCC cannot
+    // see the 84 bytes behind it and warns of an overflow.
+    char port[2];
+    qToBigEndian<quint16>(settings.port.toUShort(nullptr, 10), port);
+    datagram.replace(kPortOffset, int(sizeof port), port, int(sizeof port));
     return datagram;
 }
 
