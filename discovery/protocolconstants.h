@@ -16,7 +16,7 @@ constexpr char kHaisiFamily[] = "Haisi";
 constexpr int kAutoSearchIntervalMs = 6000;
 constexpr int kSearchRounds = 3;
 constexpr unsigned kProgressStepMs = 20;  // 101 steps: about two seconds a round
-constexpr int kReplySliceMs = 20;         // longest run of reply listing between events
+constexpr int kReplySliceMs = 10;         // longest run of reply listing between events
 constexpr int kMaxQueuedReplies = 100000; // beyond this a flood is dropped, as the kernel would
 constexpr int kMaxEventSliceMs = 100;     // longest slice of event processing in sleep()
 
