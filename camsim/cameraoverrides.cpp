@@ -88,6 +88,11 @@ const QHash<QString, Setter> &setters()
         {QStringLiteral("both"),
          flag([](CameraSettings &c, bool on) { c.behaviour.bothProtocols = on; })},
         {QStringLiteral("malformed"), setMalformed},
+        {QStringLiteral("claim"),
+         [](CameraSettings &c, const QString &ip) {
+             c.behaviour.claimedIp = ip;
+             return true;
+         }},
         {QStringLiteral("sd"), setSdCard},
     };
     return table;

@@ -52,7 +52,7 @@ void tst_Startup::missingTranslationFails()
 void tst_Startup::translationCoversEveryText()
 {
     QVERIFY(QFile::exists(QLatin1String(veltor::kGermanTranslation)));
-    QFile ts(QFINDTESTDATA("../../resources/languages/lang_de.ts"));
+    QFile ts(QStringLiteral(VELTOR_GERMAN_TS));
     QVERIFY(ts.open(QIODevice::ReadOnly));
     const QByteArray catalogue = ts.readAll();
     const int messages = catalogue.count("<message");
