@@ -143,13 +143,15 @@ private:
 
     // Findings (discovery/mainwindow_findings.cpp): each listed camera's reply
     // is kept; once the queue is drained the findings are redone and only the
-    // rows whose findings changed get their marker and tooltip anew.
+    // rows whose findings changed get their marker and tooltip anew, in
+    // slices (discovery/rowmarkers.cpp).
     void noteListedCamera(const veltor::DeviceRecord &record, const char *family,
                           const QHostAddress &source);
     void forgetFindings();
     void scheduleFindings();
     void refreshFindings();
-    void markRow(int row, const veltor::SeenCamera &camera, const veltor::SearchInterface &chosen);
+    QString findingsToolTip(const veltor::SeenCamera &camera,
+                            const veltor::SearchInterface &chosen) const;
     // After the rounds, and again whenever late replies change the findings.
     void showSearchSummary();
     void writeSearchSummary();
@@ -233,6 +235,7 @@ private:
     bool listingQueued = false;
     veltor::ListedCameras listedCameras;
     veltor::HeardCameras heardCameras;
+    class RowMarkers *rowMarkers = nullptr;
     QTimer *findingsTimer = nullptr;
     bool summaryDue = false; // the rounds have ended: findings update the summary
     class QLabel *searchSummary = nullptr;

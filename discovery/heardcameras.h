@@ -18,21 +18,23 @@ public:
     void add(const SeenCamera &camera);
     void clear();
 
-    // The heard cameras of the listed rows (by their MAC texts), in row order,
-    // each with its row; rows listed by anyone else are left out.
-    QVector<SeenCamera> listed(const QStringList &rowMacs, QVector<int> *rows = nullptr) const;
+    // The heard cameras of the listed rows (by their MAC texts), in row order;
+    // rows listed by anyone else are left out.
+    QVector<SeenCamera> listed(const QStringList &rowMacs) const;
 
-    struct Change
-    {
-        int row = 0;
-        SeenCamera camera;
-    };
-    // Flags the listed cameras as heard on `interface` and returns the rows
-    // whose findings differ from those of the previous call.
-    QVector<Change> reflag(const QStringList &rowMacs, const SearchInterface &interface);
+    // Flags the cameras as heard on `interface` and returns those whose
+    // findings differ from the previous call's. Only the cameras heard since
+    // then and those claiming the same IP can change, unless the interface
+    // did: a burst costs what it brings, not the whole fleet.
+    QVector<SeenCamera> reflag(const SearchInterface &interface);
 
 private:
+    QVector<SeenCamera> affectedBy(const QStringList &macs) const;
+
     QHash<QString, SeenCamera> byMac;
+    QHash<QString, QStringList> macsByIp;
+    QStringList fresh; // heard since the last reflag
+    QHostAddress flaggedOn;
 };
 
 } // namespace veltor

@@ -1,6 +1,7 @@
 #include "app/mainwindow.h"
 
 #include "discovery/discoveroutput.h"
+#include "discovery/rowmarkers.h"
 #include "ui_mainwindow.h"
 
 #include <QAction>
@@ -12,6 +13,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <QStyle>
 #include <algorithm>
 
 namespace {
@@ -28,11 +30,13 @@ QString rowText(const QTableWidget *table, int row)
 
 } // namespace
 
-// Everything here comes after the form's own menus and layout: an entry at
-// the end of the View menu, a status bar below the window's rows, and a
-// context menu and Ctrl+C on the four tables.
+// Everything here comes after the form's own menus and layout: the findings'
+// markers, an entry at the end of the View menu, a status bar below the
+// window's rows, and a context menu and Ctrl+C on the four tables.
 void MainWindow::setUpTableActions()
 {
+    rowMarkers =
+        new RowMarkers(deviceTables(), style()->standardIcon(QStyle::SP_MessageBoxWarning), this);
     searchSummary = new QLabel(this);
     searchSummary->setObjectName(QStringLiteral("searchSummary"));
     statusBar()->addWidget(searchSummary, 1);

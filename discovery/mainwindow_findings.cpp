@@ -1,11 +1,11 @@
 #include "app/mainwindow.h"
 
+#include "discovery/rowmarkers.h"
 #include "discovery/searchsummary.h"
 #include "ui_mainwindow.h"
 
 #include <QLabel>
 #include <QStatusBar>
-#include <QStyle>
 #include <QTimer>
 
 namespace {
@@ -30,6 +30,7 @@ void MainWindow::noteListedCamera(const veltor::DeviceRecord &record, const char
 void MainWindow::forgetFindings()
 {
     heardCameras.clear();
+    rowMarkers->clear();
     summaryDue = false;
     if (searchSummary)
         searchSummary->clear();
@@ -71,17 +72,17 @@ void MainWindow::refreshFindings()
     if (findingsTimer)
         findingsTimer->stop();
     const veltor::SearchInterface chosen = chosenInterface();
-    const auto changes = heardCameras.reflag(rowMacs(), chosen);
-    for (const veltor::HeardCameras::Change &change : changes)
-        markRow(change.row, change.camera, chosen);
+    rowMarkers->post(heardCameras.reflag(chosen), [this, chosen](const veltor::SeenCamera &camera) {
+        return findingsToolTip(camera, chosen);
+    });
     if (summaryDue)
         writeSearchSummary();
 }
 
-// A marker and a tooltip saying what is wrong and what to do; a row without
-// findings has neither, so a tooltip always means "look here".
-void MainWindow::markRow(int row, const veltor::SeenCamera &camera,
-                         const veltor::SearchInterface &chosen)
+// What is wrong and what to do; a row without findings has neither marker
+// nor tooltip, so a tooltip always means "look here".
+QString MainWindow::findingsToolTip(const veltor::SeenCamera &camera,
+                                    const veltor::SearchInterface &chosen) const
 {
     QStringList lines;
     for (const QString &finding : camera.findings) {
@@ -95,14 +96,7 @@ void MainWindow::markRow(int row, const veltor::SeenCamera &camera,
             lines << tr("The reply came from %1, not from the address it claims.")
                          .arg(camera.source.toString());
     }
-    const QIcon icon =
-        lines.isEmpty() ? QIcon() : style()->standardIcon(QStyle::SP_MessageBoxWarning);
-    for (QTableWidget *table : deviceTables()) {
-        if (QTableWidgetItem *name = table->item(row, 0)) {
-            name->setIcon(icon);
-            name->setToolTip(lines.join(QLatin1Char('\n')));
-        }
-    }
+    return lines.join(QLatin1Char('\n'));
 }
 
 void MainWindow::showSearchSummary()

@@ -69,7 +69,7 @@ private slots:
     void windowOrder();
     void findings_data();
     void findings();
-    void reflagReportsChangedRowsOnly();
+    void reflagReportsChangedCamerasOnly();
 };
 
 // Each row follows one Winbond camera (00:0A:1B:2C:3D:4E at 192.168.1.20).
@@ -185,27 +185,29 @@ void TestFleetMerge::findings()
     QCOMPARE(cameras[0].receivedOn.size(), receivedOn.size());
 }
 
-// The window redoes the findings after every burst and touches only the rows
-// whose markers change; rows listed without a heard reply are left out.
-void TestFleetMerge::reflagReportsChangedRowsOnly()
+// The window redoes the findings after every burst and touches only the
+// cameras whose markers change: the new ones and those sharing their IP.
+void TestFleetMerge::reflagReportsChangedCamerasOnly()
 {
     HeardCameras heard;
     const SearchInterface a = interfaces().first();
-    const auto rows = [&](const QStringList &macs, const SearchInterface &interface) {
-        QList<int> changed;
-        for (const HeardCameras::Change &change : heard.reflag(macs, interface))
-            changed << change.row;
-        return changed;
+    const auto changed = [&](const SearchInterface &interface) {
+        QStringList macs;
+        for (const SeenCamera &camera : heard.reflag(interface))
+            macs << camera.record.mac;
+        macs.sort();
+        return macs;
     };
     heard.add(seen("192.168.1.20", "m1", "192.168.1.20", {}));
     heard.add(seen("172.16.0.5", "m2", "172.16.0.5", {}));
-    QCOMPARE(rows({"m2", "foreign", "m1"}, a), QList<int>{0});
-    QCOMPARE(rows({"m2", "foreign", "m1"}, a), QList<int>{});
+    QCOMPARE(changed(a), QStringList{"m2"});
+    QCOMPARE(changed(a), QStringList{});
     heard.add(seen("192.168.1.20", "m3", "192.168.1.20", {}));
     heard.add(seen("192.168.1.21", "m1", "192.168.1.21", {})); // a later reply changes nothing
-    QCOMPARE(rows({"m2", "m1", "m3"}, a), (QList<int>{1, 2}));
-    // Another interface: every marked row's tooltip names it.
-    QCOMPARE(rows({"m2", "m1", "m3"}, interfaces().last()), (QList<int>{0, 1, 2}));
+    QCOMPARE(changed(a), (QStringList{"m1", "m3"}));
+    // Another interface: every marked camera's tooltip names it.
+    QCOMPARE(changed(interfaces().last()), (QStringList{"m1", "m2", "m3"}));
+    QCOMPARE(heard.listed({"m3", "foreign", "m1"}).size(), 2);
 }
 
 QTEST_GUILESS_MAIN(TestFleetMerge)
