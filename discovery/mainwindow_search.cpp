@@ -128,7 +128,9 @@ void MainWindow::listQueuedReplies()
     }
     if (!queuedReplies.isEmpty()) {
         listingQueued = true;
-        QTimer::singleShot(0, this, &MainWindow::listQueuedReplies);
+        // A timer, not a queued call: the window's own timers run between
+        // slices (queued calls could follow each other in one pass).
+        QTimer::singleShot(1, Qt::PreciseTimer, this, &MainWindow::listQueuedReplies);
     } else {
         scheduleFindings();
     }

@@ -62,7 +62,8 @@ void RowMarkers::markSlice()
     }
     if (next < pending.size()) {
         sliceQueued = true;
-        QTimer::singleShot(0, this, &RowMarkers::markSlice);
+        // A timer, as between the listing's slices: the window's timers run in between.
+        QTimer::singleShot(1, Qt::PreciseTimer, this, &RowMarkers::markSlice);
     } else {
         clear();
     }
