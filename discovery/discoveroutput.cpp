@@ -161,7 +161,9 @@ bool saveDiscoverOutput(const QString &path, OutputFormat format,
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
         QTextStream out(&file);
-        out.setCodec("UTF-8");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        out.setCodec("UTF-8"); // Qt 6 writes UTF-8 anyway
+#endif
         writeDiscoverOutput(out, format, cameras);
         out.flush();
         if (file.commit())
