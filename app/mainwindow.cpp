@@ -52,8 +52,8 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
     for (QTableWidget *table :
          {ui->tableWidgetSearch_2, ui->tableWidgetSearch_3, ui->tableWidgetSearch_4})
         table->horizontalHeader()->setStyleSheet(QLatin1String(kHeaderStyle));
-    for (QPushButton *button : {ui->searchButton, ui->dhcpsubmit, ui->updateSubmit,
-                                ui->viewFilesBtn, ui->fileChoose})
+    for (QPushButton *button :
+         {ui->searchButton, ui->dhcpsubmit, ui->updateSubmit, ui->viewFilesBtn, ui->fileChoose})
         button->setStyleSheet(QLatin1String(kButtonStyle));
 
     init();
@@ -66,8 +66,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
     multicastReceiver->bind(QHostAddress::AnyIPv4, veltor::kHdsPort, shared);
     multicastReceiver->setSocketOption(QAbstractSocket::MulticastLoopbackOption, 0);
     multicastReceiver->joinMulticastGroup(QHostAddress(QLatin1String(veltor::kHdsGroup)));
-    connect(multicastReceiver, &QUdpSocket::readyRead, this,
-            &MainWindow::processPendingDatagram);
+    connect(multicastReceiver, &QUdpSocket::readyRead, this, &MainWindow::processPendingDatagram);
     enlargeReceiveBuffers();
 
     lastClickedRow = -1;
@@ -88,6 +87,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
             &MainWindow::mycellDoubleClicked3);
     connect(ui->tableWidgetSearch_4, &QTableWidget::cellDoubleClicked, this,
             &MainWindow::mycellDoubleClicked4);
+    setUpTableActions();
 
     uploadChunkSize = 4096;
     totalBytes = 0;

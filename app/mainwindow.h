@@ -2,6 +2,8 @@
 
 #include "auth/cameralogin.h"
 #include "discovery/devicerecord.h"
+#include "discovery/fleetmerge.h"
+#include "discovery/heardcameras.h"
 #include "discovery/listedcameras.h"
 #include "discovery/storedcamera.h"
 #include "netconf/settingsverify.h"
@@ -37,6 +39,8 @@ class MainWindow;
 //   netconf/mainwindow_validators.cpp address checks and the lock of the camera controls
 //   discovery/mainwindow_search.cpp  search rounds and reply handling
 //   discovery/mainwindow_select.cpp  row colouring and opening a camera
+//   discovery/mainwindow_findings.cpp findings markers on the rows, the search summary
+//   discovery/mainwindow_export.cpp  table context menu, copy, export to CSV/JSON
 //   netconf/mainwindow_ipconf.cpp    IP configuration tab (submit: mainwindow_ipsubmit.cpp,
 //                                    reboot wait and result: mainwindow_ipverify.cpp)
 //   auth/mainwindow_auth.cpp         credential dialog opening, base64_encode
@@ -130,14 +134,39 @@ private:
     void listQueuedReplies();
     // Each reply is kept raw, then listed once per MAC at its key's position;
     // they give the row listed, or -1.
-    int listWinbondReply(const QByteArray &datagram);
-    int listHdsReply(const QByteArray &datagram);
+    int listWinbondReply(const QByteArray &datagram, const QHostAddress &source);
+    int listHdsReply(const QByteArray &datagram, const QHostAddress &source);
     // The row a new camera takes, or empty for a MAC listed already.
     std::optional<int> admitDeviceRow(const veltor::DeviceRecord &record);
     void enlargeReceiveBuffers();
     // Steps shared by the four cell-click slots: restore the previous row,
     // paint the clicked one in all four tables, remember it.
     void highlightClickedRow(QTableWidget *table, int row, int column);
+    void openCameraPage(const QTableWidget *table, int row);
+
+    // Findings (discovery/mainwindow_findings.cpp): each listed camera's reply
+    // is kept; once the queue is drained the findings are redone and only the
+    // rows whose findings changed get their marker and tooltip anew, in
+    // slices (discovery/rowmarkers.cpp).
+    void noteListedCamera(const veltor::DeviceRecord &record, const char *family,
+                          const QHostAddress &source);
+    void forgetFindings();
+    void scheduleFindings();
+    void refreshFindings();
+    QString findingsToolTip(const veltor::SeenCamera &camera,
+                            const veltor::SearchInterface &chosen) const;
+    // After the rounds, and again whenever late replies change the findings.
+    void showSearchSummary();
+    void writeSearchSummary();
+    veltor::SearchInterface chosenInterface();
+    QStringList rowMacs() const;
+
+    // Context menu, copy and export (discovery/mainwindow_export.cpp).
+    void setUpTableActions();
+    void showTableMenu(QTableWidget *table, const QPoint &position);
+    void copyRows(const QTableWidget *table, QList<int> rows);
+    QList<int> rowsToCopy(const QTableWidget *table) const;
+    void exportCameras();
 
     // netconf/ helpers
     // The submit and its HTTP steps are in mainwindow_ipsubmit.cpp; the reboot
@@ -222,8 +251,14 @@ private:
     QString cameraFamily;
     // The file being uploaded; a new one per upload, owned by the window.
     QFile *localFile = nullptr;
-    // Replies read but not yet listed, each with whether it came on port 10000.
-    QQueue<QPair<bool, QByteArray>> queuedReplies;
+    // Replies read but not yet listed, with their source address.
+    QQueue<veltor::ReceivedReply> queuedReplies;
     bool listingQueued = false;
     veltor::ListedCameras listedCameras;
+    veltor::HeardCameras heardCameras;
+    class RowMarkers *rowMarkers = nullptr;
+    QTimer *findingsTimer = nullptr;
+    bool summaryDue = false; // the rounds have ended: findings update the summary
+    class QLabel *searchSummary = nullptr;
+    class QAction *exportAction = nullptr;
 };

@@ -103,6 +103,11 @@ const QHash<QString, Setter> &setters()
          flag([](CameraSettings &c, bool on) { c.behaviour.bothProtocols = on; })},
         {QStringLiteral("malformed"), setMalformed},
         {QStringLiteral("apply"), setApply},
+        {QStringLiteral("claim"),
+         [](CameraSettings &c, const QString &ip) {
+             c.behaviour.claimedIp = ip;
+             return true;
+         }},
         {QStringLiteral("sd"), setSdCard},
     };
     return table;

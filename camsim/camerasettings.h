@@ -33,6 +33,9 @@ struct ReplyBehaviour
     int repeat = 1;             // copies sent per search
     int delayMs = 0;            // wait before the first copy
     int repeatIntervalMs = 10;  // between copies
+    // The IP its replies claim when not empty; they still leave from its own
+    // address, as from a camera whose settings and socket disagree.
+    QString claimedIp;
     Malformed malformed = Malformed::None;
     // Replies never leave this host (demo without a private network): Winbond
     // replies go to loopback's broadcast, Haisi replies to the group with TTL 0.

@@ -118,7 +118,7 @@ const QList<Option> &optionList()
         {"camera",
          "Per-camera settings, INDEX:key=value[,key=value...]; keys: name mac ip mask "
          "gateway dns port dhcp firmware web deviceid user password unicast repeat "
-         "delay malformed both sd upgrade upgradeweb upgradereboot apply.",
+         "delay malformed claim both sd upgrade upgradeweb upgradereboot apply.",
          "INDEX:KEY=VALUE"},
         {"status-file", "Write the fleet as JSON to this file once every camera listens.", "FILE"},
         {"list-addresses", "Print the cameras' addresses, one a line, and exit.", ""},

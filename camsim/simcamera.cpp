@@ -135,7 +135,13 @@ void SimCamera::sendReply(Family protocol, const QHostAddress &to, quint16 port)
     QUdpSocket *socket = protocol == Family::Winbond ? winbondSocket : hdsSocket;
     if (!socket)
         return;
-    socket->writeDatagram(searchReply(config, protocol), to, port);
+    if (config.behaviour.claimedIp.isEmpty()) {
+        socket->writeDatagram(searchReply(config, protocol), to, port);
+    } else {
+        CameraSettings claimed = config;
+        claimed.ip = config.behaviour.claimedIp;
+        socket->writeDatagram(searchReply(claimed, protocol), to, port);
+    }
     emit replySent(QDateTime::currentMSecsSinceEpoch());
 }
 
@@ -188,6 +194,7 @@ QJsonObject SimCamera::toJson(bool withLog) const
         {QStringLiteral("password"), config.password},
         {QStringLiteral("bothProtocols"), config.behaviour.bothProtocols},
         {QStringLiteral("malformed"), config.behaviour.malformed != Malformed::None},
+        {QStringLiteral("claimedIp"), config.behaviour.claimedIp},
     };
     if (withLog) {
         QJsonArray log;

@@ -1,7 +1,7 @@
 #include "cli/cliargs.h"
 #include "cli/commands.h"
-#include "cli/discoveroutput.h"
 #include "cli/discoverreport.h"
+#include "discovery/discoveroutput.h"
 
 #include <QTextStream>
 #include <algorithm>

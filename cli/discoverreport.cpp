@@ -1,24 +1,16 @@
 #include "cli/discoverreport.h"
 
+#include "discovery/searchsummary.h"
+
 #include <QTextStream>
 
 namespace veltor::cli {
-
-namespace {
-
-int prefixLength(const QHostAddress &netmask)
-{
-    return netmask.isNull() ? 32 : qPopulationCount(netmask.toIPv4Address());
-}
-
-} // namespace
 
 void reportInterfaces(QTextStream &err, const QVector<SearchInterface> &interfaces)
 {
     err << "Interfaces probed:";
     for (const SearchInterface &each : interfaces) {
-        err << ' ' << each.name << ' ' << each.address.toString() << '/'
-            << prefixLength(each.netmask);
+        err << ' ' << interfaceText(each);
         if (!each.broadcast.isNull())
             err << " (broadcast " << each.broadcast.toString() << ')';
         if (&each != &interfaces.last())

@@ -23,18 +23,26 @@ void setCell(QTableWidget *table, int row, int column, const QString &text)
     table->setItem(row, column, new QTableWidgetItem(text));
 }
 
-std::optional<QByteArray> nextDatagram(QUdpSocket *socket)
+// The datagram with its source address; the port it came in on names the protocol.
+std::optional<veltor::ReceivedReply> nextDatagram(QUdpSocket *socket, quint16 port)
 {
     if (!socket->hasPendingDatagrams())
         return std::nullopt;
     const qint64 size = socket->pendingDatagramSize();
-    QByteArray datagram(int(qMax<qint64>(size, 0)), Qt::Uninitialized);
-    const qint64 read = socket->readDatagram(datagram.data(), datagram.size());
+    veltor::ReceivedReply reply;
+    reply.port = port;
+    reply.data = QByteArray(int(qMax<qint64>(size, 0)), Qt::Uninitialized);
+    const qint64 read = socket->readDatagram(reply.data.data(), reply.data.size(), &reply.source);
     // A failed read ends the drain instead of spinning on a pending error.
     if (size < 0 || read < 0)
         return std::nullopt;
-    datagram.truncate(int(read));
-    return datagram;
+    reply.data.truncate(int(read));
+    // A dual-stack receiver gives IPv4 senders as mapped IPv6 addresses.
+    bool isIpv4 = false;
+    const quint32 ipv4 = reply.source.toIPv4Address(&isIpv4);
+    if (isIpv4)
+        reply.source = QHostAddress(ipv4);
+    return reply;
 }
 
 } // namespace
@@ -53,6 +61,7 @@ void MainWindow::on_searchButton_clicked()
     hdsReplies.clear();
     listedCameras.clear();
     queuedReplies.clear(); // answers to the previous search
+    forgetFindings();
 
     for (int round = 0; round < veltor::kSearchRounds; ++round) {
         searchHaddle();
@@ -64,6 +73,7 @@ void MainWindow::on_searchButton_clicked()
         }
         ui->progressBar->setValue(0);
     }
+    showSearchSummary();
 }
 
 void MainWindow::searchHaddle()
@@ -85,10 +95,10 @@ void MainWindow::drainReceiver(QUdpSocket *receiver)
 {
     if (receiver != binaryReceiver && receiver != multicastReceiver)
         return;
-    const bool binary = receiver == binaryReceiver;
-    while (const std::optional<QByteArray> datagram = nextDatagram(receiver)) {
+    const quint16 port = receiver == binaryReceiver ? veltor::kBinarySearchPort : veltor::kHdsPort;
+    while (std::optional<veltor::ReceivedReply> reply = nextDatagram(receiver, port)) {
         if (queuedReplies.size() < veltor::kMaxQueuedReplies)
-            queuedReplies.enqueue({binary, *datagram});
+            queuedReplies.enqueue(std::move(*reply));
     }
     if (!listingQueued && !queuedReplies.isEmpty()) {
         listingQueued = true;
@@ -103,8 +113,10 @@ void MainWindow::listQueuedReplies()
     slice.start();
     int newestRow = -1;
     while (!queuedReplies.isEmpty() && slice.elapsed() < veltor::kReplySliceMs) {
-        const QPair<bool, QByteArray> reply = queuedReplies.dequeue();
-        const int row = reply.first ? listWinbondReply(reply.second) : listHdsReply(reply.second);
+        const veltor::ReceivedReply reply = queuedReplies.dequeue();
+        const int row = reply.port == veltor::kBinarySearchPort
+                            ? listWinbondReply(reply.data, reply.source)
+                            : listHdsReply(reply.data, reply.source);
         if (row >= 0)
             newestRow = row;
     }
@@ -116,7 +128,11 @@ void MainWindow::listQueuedReplies()
     }
     if (!queuedReplies.isEmpty()) {
         listingQueued = true;
-        QTimer::singleShot(0, this, &MainWindow::listQueuedReplies);
+        // A timer, not a queued call: the window's own timers run between
+        // slices (queued calls could follow each other in one pass).
+        QTimer::singleShot(1, Qt::PreciseTimer, this, &MainWindow::listQueuedReplies);
+    } else {
+        scheduleFindings();
     }
 }
 
@@ -125,7 +141,7 @@ QString MainWindow::WinbondDataHandle(QString hex, QString key)
     return veltor::winbondDataHandle(hex, key);
 }
 
-int MainWindow::listWinbondReply(const QByteArray &datagram)
+int MainWindow::listWinbondReply(const QByteArray &datagram, const QHostAddress &source)
 {
     const QString hex = QString::fromLatin1(datagram.toHex());
     winbondReplies.append(hex);
@@ -143,10 +159,11 @@ int MainWindow::listWinbondReply(const QByteArray &datagram)
         for (int column = 0; column < veltor::DeviceRecord::kColumnCount; ++column)
             setCell(table, *row, column, record->column(column));
     }
+    noteListedCamera(*record, veltor::kWinbondFamily, source);
     return *row;
 }
 
-int MainWindow::listHdsReply(const QByteArray &datagram)
+int MainWindow::listHdsReply(const QByteArray &datagram, const QHostAddress &source)
 {
     const QString text = veltor::hdsReplyText(datagram);
     hdsReplies.append(text);
@@ -171,6 +188,7 @@ int MainWindow::listHdsReply(const QByteArray &datagram)
     lockState[record->ip] = QStringLiteral("lock");
     for (int column = 2; column < veltor::DeviceRecord::kColumnCount; ++column)
         fillColumn(column);
+    noteListedCamera(*record, veltor::kHaisiFamily, source);
     return *row;
 }
 

@@ -51,22 +51,28 @@ void MainWindow::mycellClicked(int row, int column)
     highlightClickedRow(ui->tableWidgetSearch_1, row, column);
 }
 
+// The double click's action, also offered by the tables' context menu.
+void MainWindow::openCameraPage(const QTableWidget *table, int row)
+{
+    QDesktopServices::openUrl(cameraUrl(table, row));
+}
+
 void MainWindow::mycellDoubleClicked1(int row, int /*column*/)
 {
-    QDesktopServices::openUrl(cameraUrl(ui->tableWidgetSearch_1, row));
+    openCameraPage(ui->tableWidgetSearch_1, row);
 }
 
 void MainWindow::mycellDoubleClicked2(int row, int /*column*/)
 {
-    QDesktopServices::openUrl(cameraUrl(ui->tableWidgetSearch_2, row));
+    openCameraPage(ui->tableWidgetSearch_2, row);
 }
 
 void MainWindow::mycellDoubleClicked3(int row, int /*column*/)
 {
-    QDesktopServices::openUrl(cameraUrl(ui->tableWidgetSearch_3, row));
+    openCameraPage(ui->tableWidgetSearch_3, row);
 }
 
 void MainWindow::mycellDoubleClicked4(int row, int /*column*/)
 {
-    QDesktopServices::openUrl(cameraUrl(ui->tableWidgetSearch_4, row));
+    openCameraPage(ui->tableWidgetSearch_4, row);
 }

@@ -331,6 +331,54 @@
         <source>SD Card Information</source>
         <translation>SD-Karten-Informationen</translation>
     </message>
+    <message>
+        <source>Another camera claims %1 too: give one of them another address.</source>
+        <translation>Eine andere Kamera beansprucht %1 ebenfalls: Geben Sie einer der beiden eine andere Adresse.</translation>
+    </message>
+    <message>
+        <source>On another subnet than %1: change its address first.</source>
+        <translation>In einem anderen Subnetz als %1: Ändern Sie zuerst ihre Adresse.</translation>
+    </message>
+    <message>
+        <source>The reply came from %1, not from the address it claims.</source>
+        <translation>Die Antwort kam von %1, nicht von der Adresse, die die Kamera angibt.</translation>
+    </message>
+    <message>
+        <source>No camera answered on %1. Usual causes: a firewall dropping UDP ports 10000 or 8002, the wrong interface (choose another one below the tables), cameras on another subnet behind a router.</source>
+        <translation>Auf %1 hat keine Kamera geantwortet. Übliche Ursachen: eine Firewall, die die UDP-Ports 10000 oder 8002 verwirft, die falsche Netzwerkschnittstelle (wählen Sie unter den Tabellen eine andere), Kameras in einem anderen Subnetz hinter einem Router.</translation>
+    </message>
+    <message>
+        <source>Cameras found: %1 (Winbond %2, Haisi %3); need attention: %4 (marked rows); interface %5</source>
+        <translation>Gefundene Kameras: %1 (Winbond %2, Haisi %3); mit Handlungsbedarf: %4 (markierte Zeilen); Schnittstelle %5</translation>
+    </message>
+    <message>
+        <source>Export cameras…</source>
+        <translation>Kameras exportieren…</translation>
+    </message>
+    <message>
+        <source>Open web page</source>
+        <translation>Webseite öffnen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv)</source>
+        <translation>CSV-Dateien (*.csv)</translation>
+    </message>
+    <message>
+        <source>JSON files (*.json)</source>
+        <translation>JSON-Dateien (*.json)</translation>
+    </message>
+    <message>
+        <source>Export cameras</source>
+        <translation>Kameras exportieren</translation>
+    </message>
+    <message>
+        <source>The cameras could not be written to %1: %2</source>
+        <translation>Die Kameras konnten nicht nach %1 geschrieben werden: %2</translation>
+    </message>
 </context>
 <context>
     <name>aboutDialog</name>

@@ -1,5 +1,5 @@
 #include "cli/commands.h"
-#include "cli/discoveroutput.h"
+#include "discovery/discoveroutput.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -76,7 +76,7 @@ void TestDiscoverOutput::csvField()
 {
     QFETCH(QString, text);
     QFETCH(QString, field);
-    QCOMPARE(veltor::cli::csvField(text), field);
+    QCOMPARE(veltor::csvField(text), field);
 }
 
 void TestDiscoverOutput::jsonKeepsHostileTextsAndLists()

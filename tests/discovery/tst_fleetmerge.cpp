@@ -1,4 +1,5 @@
 #include "discovery/fleetmerge.h"
+#include "discovery/heardcameras.h"
 #include "discovery/protocolconstants.h"
 #include "discovery/searchmessages.h"
 #include "replybuilder.h"
@@ -68,6 +69,7 @@ private slots:
     void windowOrder();
     void findings_data();
     void findings();
+    void reflagReportsChangedCamerasOnly();
 };
 
 // Each row follows one Winbond camera (00:0A:1B:2C:3D:4E at 192.168.1.20).
@@ -146,23 +148,13 @@ void TestFleetMerge::findings_data()
     QTest::addColumn<QString>("interface");
     const QString a = kInterfaceA.toString();
     const QString b = kInterfaceB.toString();
-    QTest::newRow("in the subnet") << "192.168.1.20"
-                                   << "192.168.1.20" << QStringList{a} << "" << QStringList{} << a;
-    QTest::newRow("other subnet") << "172.16.0.5"
-                                  << "172.16.0.5" << QStringList{a} << ""
-                                  << QStringList{"other-subnet"} << a;
+    // One finding at a time, as the window shows them, is tst_findingswindow's.
     QTest::newRow("reachable through the second interface")
         << "10.1.2.3"
         << "10.1.2.3" << QStringList{a, b} << "" << QStringList{} << b;
     QTest::newRow("reachable through neither")
         << "172.16.0.5"
         << "172.16.0.5" << QStringList{a, b} << "" << QStringList{"other-subnet"} << a;
-    QTest::newRow("source differs")
-        << "192.168.1.20"
-        << "192.168.1.77" << QStringList{a} << "" << QStringList{"source-differs"} << a;
-    QTest::newRow("two MACs, one IP") << "192.168.1.20"
-                                      << "192.168.1.20" << QStringList{a} << "00:0A:1B:2C:3D:99"
-                                      << QStringList{"ip-conflict"} << a;
     QTest::newRow("same MAC in other case is no conflict")
         << "192.168.1.20"
         << "192.168.1.20" << QStringList{a} << "00:0a:1b:2c:3d:4e" << QStringList{} << a;
@@ -191,6 +183,31 @@ void TestFleetMerge::findings()
     QCOMPARE(cameras[0].interfaceAddress.toString(), interface);
     QCOMPARE(cameras[0].receivedOn.first().toString(), interface);
     QCOMPARE(cameras[0].receivedOn.size(), receivedOn.size());
+}
+
+// The window redoes the findings after every burst and touches only the
+// cameras whose markers change: the new ones and those sharing their IP.
+void TestFleetMerge::reflagReportsChangedCamerasOnly()
+{
+    HeardCameras heard;
+    const SearchInterface a = interfaces().first();
+    const auto changed = [&](const SearchInterface &interface) {
+        QStringList macs;
+        for (const SeenCamera &camera : heard.reflag(interface))
+            macs << camera.record.mac;
+        macs.sort();
+        return macs;
+    };
+    heard.add(seen("192.168.1.20", "m1", "192.168.1.20", {}));
+    heard.add(seen("172.16.0.5", "m2", "172.16.0.5", {}));
+    QCOMPARE(changed(a), QStringList{"m2"});
+    QCOMPARE(changed(a), QStringList{});
+    heard.add(seen("192.168.1.20", "m3", "192.168.1.20", {}));
+    heard.add(seen("192.168.1.21", "m1", "192.168.1.21", {})); // a later reply changes nothing
+    QCOMPARE(changed(a), (QStringList{"m1", "m3"}));
+    // Another interface: every marked camera's tooltip names it.
+    QCOMPARE(changed(interfaces().last()), (QStringList{"m1", "m2", "m3"}));
+    QCOMPARE(heard.listed({"m3", "foreign", "m1"}).size(), 2);
 }
 
 QTEST_GUILESS_MAIN(TestFleetMerge)

@@ -32,6 +32,7 @@ Camera fromJson(const QJsonObject &json)
     camera.password = json.value("password").toString();
     camera.bothProtocols = json.value("bothProtocols").toBool();
     camera.malformed = json.value("malformed").toBool();
+    camera.claimedIp = json.value("claimedIp").toString();
     return camera;
 }
 

@@ -28,6 +28,7 @@ struct Camera
     QString password;
     bool bothProtocols = false;
     bool malformed = false;
+    QString claimedIp; // what its replies claim, when not its own address
 };
 
 // Reads $VELTOR_CAMSIM_STATUS; empty, with `why` set, when the test does not

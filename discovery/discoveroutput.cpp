@@ -1,12 +1,13 @@
-#include "cli/discoveroutput.h"
+#include "discovery/discoveroutput.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSaveFile>
 #include <QTextStream>
 #include <algorithm>
 
-namespace veltor::cli {
+namespace veltor {
 
 namespace {
 
@@ -154,4 +155,22 @@ void writeDiscoverOutput(QTextStream &out, OutputFormat format, const QVector<Se
     }
 }
 
-} // namespace veltor::cli
+bool saveDiscoverOutput(const QString &path, OutputFormat format,
+                        const QVector<SeenCamera> &cameras, QString *error)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        QTextStream out(&file);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        out.setCodec("UTF-8"); // Qt 6 writes UTF-8 anyway
+#endif
+        writeDiscoverOutput(out, format, cameras);
+        out.flush();
+        if (file.commit())
+            return true;
+    }
+    *error = file.errorString();
+    return false;
+}
+
+} // namespace veltor

@@ -7,9 +7,10 @@
 
 class QTextStream;
 
-// What `discover` prints on stdout: the ten columns of the device tables, then
-// family, receiving interface(s), source address and findings.
-namespace veltor::cli {
+// The cameras of a search as text, for `veltor-cli discover` and the window's
+// export alike: the ten columns of the device tables, then family, receiving
+// interface(s), source address and findings.
+namespace veltor {
 
 enum class OutputFormat { Table, Csv, Json };
 
@@ -31,4 +32,9 @@ QString printable(const QString &text);
 
 void writeDiscoverOutput(QTextStream &out, OutputFormat format, const QVector<SeenCamera> &cameras);
 
-} // namespace veltor::cli
+// The same output written to a file whole, or not at all (an existing file is
+// then left as it was); false with `error` set when that failed.
+bool saveDiscoverOutput(const QString &path, OutputFormat format,
+                        const QVector<SeenCamera> &cameras, QString *error);
+
+} // namespace veltor
