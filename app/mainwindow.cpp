@@ -1,5 +1,7 @@
 #include "app/mainwindow.h"
 
+#include "app/groovecache.h"
+
 #include "app/startuprules.h"
 #include "discovery/protocolconstants.h"
 #include "ui_mainwindow.h"
@@ -43,8 +45,9 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
     ui->progressBar->setStyleSheet(
         QStringLiteral("QProgressBar::chunk{background-color:#ffffff;}"));
     // The window-wide background colour fills the whole bar, so nothing behind
-    // it needs painting again at each of its many steps.
+    // it needs painting again at each of its many steps, nor its groove.
     ui->progressBar->setAttribute(Qt::WA_OpaquePaintEvent);
+    new GrooveCache(ui->progressBar);
     ui->ipFixEdit->hide();
 
     setStyleSheet(QStringLiteral("background-color:#dcdcdc"));
