@@ -121,7 +121,11 @@ QByteArray winbondConfigDatagram(const QString &mac, const QString &user, const 
             return QByteArray();
         putText(&datagram, kAddressOffset, addresses);
     }
-    qToBigEndian<quint16>(settings.port.toUShort(nullptr, 10), datagram.data() + kPortOffset);
+    // Through a buffer of its own: GCC 12 takes a write into data() after the
+    // early returns above for one into an empty array (-Wstringop-overflow).
+    char port[2];
+    qToBigEndian<quint16>(settings.port.toUShort(nullptr, 10), port);
+    putText(&datagram, kPortOffset, QByteArray(port, sizeof port));
     return datagram;
 }
 

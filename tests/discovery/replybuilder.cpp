@@ -4,7 +4,7 @@ namespace replybuilder {
 
 namespace {
 
-void putBytes(QByteArray *reply, int offset, const QList<int> &values)
+void putBytes(QByteArray *reply, int offset, const QVector<int> &values)
 {
     for (int i = 0; i < values.size(); ++i)
         (*reply)[offset + i] = char(values.at(i));

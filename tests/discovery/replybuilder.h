@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QVector>
 
 // Camera replies as the cameras send them, for the tests of the search.
 namespace replybuilder {
@@ -11,12 +12,12 @@ struct WinbondFields
 {
     QByteArray mac = "000A1B2C3D4E"; // twelve ASCII characters
     QByteArray name = "Cam1";        // zero-padded to 22 bytes
-    QList<int> ip{192, 168, 1, 20};
-    QList<int> subnet{255, 255, 255, 0};
-    QList<int> gateway{192, 168, 1, 1};
-    QList<int> dns{8, 8, 8, 8};
-    QList<int> firmware{1, 2, 3, 4};
-    QList<int> webui{5, 6, 7, 8};
+    QVector<int> ip{192, 168, 1, 20};
+    QVector<int> subnet{255, 255, 255, 0};
+    QVector<int> gateway{192, 168, 1, 1};
+    QVector<int> dns{8, 8, 8, 8};
+    QVector<int> firmware{1, 2, 3, 4};
+    QVector<int> webui{5, 6, 7, 8};
     int port = 80;
     int dhcp = 0;
 };
