@@ -31,8 +31,11 @@ bool sameSubnet24(const QString &a, const QString &b)
     return true;
 }
 
-QNetworkReply *getOutcomeOnly(QNetworkAccessManager *manager, const QNetworkRequest &request)
+QNetworkReply *getOutcomeOnly(QNetworkAccessManager *manager, QNetworkRequest request)
 {
+    // A redirect is an answer like any other: Qt 6 would follow it by default, Qt 5 does not.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
     QNetworkReply *reply = manager->get(request);
     QObject::connect(reply, &QIODevice::readyRead, reply,
                      [reply] { reply->skip(reply->bytesAvailable()); });

@@ -21,7 +21,7 @@ QUrl credentialCheckUrl(const QString &ip, const QString &port, const QString &f
 // GET for a request judged on its outcome alone: the body is dropped as it
 // arrives, so a camera answering with a huge or endless one cannot fill the
 // memory.
-QNetworkReply *getOutcomeOnly(QNetworkAccessManager *manager, const QNetworkRequest &request);
+QNetworkReply *getOutcomeOnly(QNetworkAccessManager *manager, QNetworkRequest request);
 
 bool sameSubnet24(const QString &a, const QString &b);
 

@@ -76,8 +76,8 @@ QString checkHaisiHead(const HttpRequest &r, const CameraSettings &camera,
     const QByteArray hostPort = camera.ip.toUtf8() + ':' + QByteArray::number(camera.httpPort);
     const QByteArray basic =
         "Basic " + (camera.user + QLatin1Char(':') + camera.password).toUtf8().toBase64();
-    if (!r.head.contains("\r\nHost:" + hostPort + "\r\n") ||
-        !r.head.contains("\r\nOrigin:" + hostPort + "\r\n"))
+    if (!r.head.contains(QByteArray("\r\nHost:" + hostPort + "\r\n")) ||
+        !r.head.contains(QByteArray("\r\nOrigin:" + hostPort + "\r\n")))
         return QStringLiteral("Host and Origin must be \"%1\" right after the colon")
             .arg(QString::fromUtf8(hostPort));
     if (r.header("Authorization") != basic)
@@ -175,7 +175,7 @@ void UploadReceiver::feedFile(const QByteArray &piece)
         return;
     const int fileBytes = tail.size() - keep;
     file.write(tail.constData(), fileBytes);
-    sha.addData(tail.constData(), fileBytes);
+    sha.addData(tail.left(fileBytes));
     fileSize += fileBytes;
     tail.remove(0, fileBytes);
 }

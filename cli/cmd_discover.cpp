@@ -111,7 +111,11 @@ int runDiscover(const QStringList &arguments, Io io)
     reportInterfaces(io.err, options->interfaces);
     const FleetSearchResult result = searchFleet(*options);
     reportSearch(io.err, result);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    io.out.setEncoding(QStringConverter::Utf8);
+#else
     io.out.setCodec("UTF-8");
+#endif
     writeDiscoverOutput(io.out, *format, result.cameras);
     return result.cameras.isEmpty() ? Failure : Success;
 }

@@ -10,6 +10,7 @@
 #include <QSet>
 #include <QTimer>
 #include <QUdpSocket>
+#include <QVariant>
 
 namespace veltor {
 

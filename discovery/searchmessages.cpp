@@ -9,7 +9,7 @@ namespace veltor {
 QByteArray binarySearchDatagram()
 {
     QByteArray datagram(kBinarySearchSize, '\0');
-    datagram.replace(0, 4, "MO_I", 4);
+    datagram.replace(0, 4, QByteArrayLiteral("MO_I"));
     qToLittleEndian<quint32>(4, datagram.data() + 15);
     qToLittleEndian<quint32>(4, datagram.data() + 19);
     datagram[26] = '\x01';

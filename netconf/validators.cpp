@@ -1,6 +1,10 @@
 #include "netconf/validators.h"
 
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QRegularExpression>
+#else
 #include <QRegExp>
+#endif
 
 namespace veltor {
 
@@ -12,6 +16,22 @@ const QString ipv4Pattern = QStringLiteral(
 const QString portPattern = QStringLiteral(
     "^([0-9]|[1-9]\\d|[1-9]\\d{2}|[1-9]\\d{3}|[1-5]\\d{4}|6[0-4]\\d{3}|65[0-4]\\d{2}|655[0-2]\\d|"
     "6553[0-5])$");
+
+// Whole-text match with QRegExp's rules. Qt 6 has only QRegularExpression:
+// anchored, with Unicode classes, and with \d kept to the BMP, since QRegExp
+// sees a digit beyond it as two surrogates, it accepts and rejects the same texts.
+bool matchesWhole(const QString &pattern, const QString &text)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QString bmpPattern = pattern;
+    bmpPattern.replace(QLatin1String("\\d"), QLatin1String("(?:(?![\\x{10000}-\\x{10ffff}])\\d)"));
+    const QRegularExpression expression(QRegularExpression::anchoredPattern(bmpPattern),
+                                        QRegularExpression::UseUnicodePropertiesOption);
+    return expression.match(text).hasMatch();
+#else
+    return QRegExp(pattern).exactMatch(text);
+#endif
+}
 
 bool allOf(const QString &text, const QString &allowed)
 {
@@ -26,7 +46,7 @@ bool allOf(const QString &text, const QString &allowed)
 
 bool checkIp(const QString &text)
 {
-    return QRegExp(ipv4Pattern).exactMatch(text);
+    return matchesWhole(ipv4Pattern, text);
 }
 
 bool checkSubnet(const QString &text)
@@ -46,7 +66,7 @@ bool checkDns(const QString &text)
 
 bool checkPort(const QString &text)
 {
-    return QRegExp(portPattern).exactMatch(text);
+    return matchesWhole(portPattern, text);
 }
 
 bool isNum(const QString &text)

@@ -8,12 +8,12 @@ target_sources(veltor_gui PRIVATE ${VELTOR_RES_DIR}/res.qrc)
 # :/languages/lang_de.qm from a resource file of its own.
 set_source_files_properties(${VELTOR_RES_DIR}/languages/lang_de.ts PROPERTIES
     OUTPUT_LOCATION ${VELTOR_RES_BIN}/languages)
-qt5_add_translation(VELTOR_QM_FILES ${VELTOR_RES_DIR}/languages/lang_de.ts)
+qt_add_translation(VELTOR_QM_FILES ${VELTOR_RES_DIR}/languages/lang_de.ts)
 set(VELTOR_TRANSLATIONS_QRC ${VELTOR_RES_BIN}/translations.qrc)
 file(WRITE ${VELTOR_TRANSLATIONS_QRC}.in
     "<RCC><qresource prefix=\"/languages\"><file alias=\"lang_de.qm\">languages/lang_de.qm</file></qresource></RCC>\n")
 configure_file(${VELTOR_TRANSLATIONS_QRC}.in ${VELTOR_TRANSLATIONS_QRC} COPYONLY)
-qt5_add_resources(VELTOR_TRANSLATION_SOURCES ${VELTOR_TRANSLATIONS_QRC})
+qt_add_resources(VELTOR_TRANSLATION_SOURCES ${VELTOR_TRANSLATIONS_QRC})
 set_source_files_properties(${VELTOR_TRANSLATION_SOURCES} PROPERTIES SKIP_AUTORCC ON)
 add_custom_target(veltor_translations DEPENDS ${VELTOR_QM_FILES})
 target_sources(veltor_gui PRIVATE ${VELTOR_TRANSLATION_SOURCES})

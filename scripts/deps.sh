@@ -1,11 +1,18 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the tool, its simulator and its tests need,
-# and nothing when they are all there already.
+# scripts/deps.sh [--qt6]
+# Installs the Debian packages the tool, its simulator, its tests, the demo and
+# the package need, and nothing when they are all there already. With --qt6,
+# Qt 6 instead of Qt 5 (for cmake -DVELTOR_QT_MAJOR=6).
 set -euo pipefail
+
+qt=(qtbase5-dev qttools5-dev qttools5-dev-tools)
+if [[ ${1:-} == --qt6 ]]; then
+    qt=(qt6-base-dev qt6-tools-dev qt6-l10n-tools)
+fi
 
 packages=(
     # build
-    cmake make g++ qtbase5-dev qttools5-dev qttools5-dev-tools
+    cmake make g++ "${qt[@]}"
     # run: fonts for the widgets
     fonts-dejavu-core
     # tests: network namespaces, HTTP peers

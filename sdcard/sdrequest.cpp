@@ -31,6 +31,9 @@ QNetworkReply *sdGet(QNetworkAccessManager *manager, const QUrl &url, int timeou
 {
     QNetworkRequest request(url);
     request.setTransferTimeout(timeoutMs);
+    // As in Qt 5: a redirect is the answer, not a road to another one (Qt 6 follows by default).
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
     QNetworkReply *reply = manager->get(request);
     if (maxBytes > 0) {
         // Qt reports progress at most every 100 ms, so a quick answer may be

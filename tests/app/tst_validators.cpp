@@ -31,6 +31,7 @@ void tst_Validators::addressPattern_data()
     QTest::newRow("five parts") << "1.2.3.4.5" << false;
     QTest::newRow("empty part") << "1..2.3" << false;
     QTest::newRow("trailing blank") << "1.2.3.4 " << false;
+    QTest::newRow("trailing newline") << "1.2.3.4\n" << false;
     QTest::newRow("empty") << "" << false;
     QTest::newRow("all 255") << "255.255.255.255" << true;
 }
@@ -56,6 +57,10 @@ void tst_Validators::portPattern_data()
     QTest::newRow("65529") << "65529" << true;
     QTest::newRow("negative") << "-1" << false;
     QTest::newRow("empty") << "" << false;
+    QTest::newRow("trailing newline") << "80\n" << false;
+    // QRegExp's \d is any decimal digit of the BMP; Qt 6 builds must agree.
+    QTest::newRow("arabic-indic second digit") << QString::fromUtf16(u"8\u0663") << true;
+    QTest::newRow("second digit beyond the BMP") << QString::fromUcs4(U"8\U0001D7CE") << false;
 }
 
 void tst_Validators::portPattern()

@@ -1,3 +1,4 @@
+#include "auth/cameralogin.h"
 #include "auth/usercheckdialog.h"
 #include "loopbackhttpserver.h"
 #include "testsupport.h"
@@ -36,6 +37,8 @@ private slots:
     void cancelSendsNothing();
     void largeAnswerIsNotHeld();
     void form();
+    void newestLogin_data();
+    void newestLogin();
 };
 
 void UserCheckDialogTest::check_data()
@@ -209,4 +212,31 @@ void UserCheckDialogTest::form()
 }
 
 QTEST_MAIN(UserCheckDialogTest)
+// The multi-map of logins reads back newest first, under Qt 5 and Qt 6 alike.
+void UserCheckDialogTest::newestLogin_data()
+{
+    QTest::addColumn<QList<QStringList>>("logins");
+    QTest::addColumn<QString>("ip");
+    QTest::addColumn<QStringList>("expected");
+    const QStringList first{"admin", "one", "80", "Haisi"};
+    const QStringList second{"opr", "two", "81", "Haisi"};
+    QTest::newRow("none") << QList<QStringList>() << "10.0.0.5" << QStringList{"", "", "", ""};
+    QTest::newRow("one") << QList<QStringList>{first} << "10.0.0.5" << first;
+    QTest::newRow("the second wins") << QList<QStringList>{first, second} << "10.0.0.5" << second;
+    QTest::newRow("another camera's")
+        << QList<QStringList>{first} << "10.0.0.6" << QStringList{"", "", "", ""};
+}
+
+void UserCheckDialogTest::newestLogin()
+{
+    QFETCH(QList<QStringList>, logins);
+    QFETCH(QString, ip);
+    QFETCH(QStringList, expected);
+    QMultiMap<QString, QString> store;
+    for (const QStringList &login : logins)
+        veltor::storeLogin(&store, QStringLiteral("10.0.0.5"), login);
+    const veltor::CameraLogin got = veltor::newestLogin(store, ip);
+    QCOMPARE((QStringList{got.user, got.password, got.port, got.family}), expected);
+}
+
 #include "tst_usercheckdialog.moc"

@@ -300,7 +300,7 @@ void TestHttpServer::answers()
     QFETCH(QByteArray, status);
     QFETCH(QByteArray, body);
     const QByteArray got = talk(server.serverPort(), request);
-    QVERIFY2(got.startsWith("HTTP/1.1 " + status), got.left(200).constData());
+    QVERIFY2(got.startsWith(QByteArray("HTTP/1.1 " + status)), got.left(200).constData());
     QCOMPARE(sha(bodyOf(got)), sha(body));
 }
 

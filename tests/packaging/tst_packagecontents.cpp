@@ -202,9 +202,16 @@ void tst_PackageContents::controlFields_data()
     QTest::newRow("section") << "Section" << Match::Equals << "net";
     QTest::newRow("maintainer with address") << "Maintainer" << Match::Contains << "@";
     QTest::newRow("homepage") << "Homepage" << Match::Contains << "https://";
-    // Found by dpkg-shlibdeps, not written by hand.
-    QTest::newRow("needs Qt widgets") << "Depends" << Match::Contains << "libqt5widgets5";
-    QTest::newRow("needs Qt network") << "Depends" << Match::Contains << "libqt5network5";
+    // Found by dpkg-shlibdeps, not written by hand: the Qt this build used, and no other.
+    const auto qtPackage = [](const char *module, int major) {
+        return QStringLiteral("libqt%1%2%1").arg(major).arg(QLatin1String(module));
+    };
+    QTest::newRow("needs Qt widgets")
+        << "Depends" << Match::Contains << qtPackage("widgets", QT_VERSION_MAJOR);
+    QTest::newRow("needs Qt network")
+        << "Depends" << Match::Contains << qtPackage("network", QT_VERSION_MAJOR);
+    QTest::newRow("no other Qt") << "Depends" << Match::Lacks
+                                 << QStringLiteral("libqt%1").arg(QT_VERSION_MAJOR == 5 ? 6 : 5);
     QTest::newRow("needs libc") << "Depends" << Match::Contains << "libc6";
     QTest::newRow("long description") << "Description" << Match::Contains << "\n VELTOR";
     QTest::newRow("description not a CMake list") << "Description" << Match::Lacks << "\n ;";

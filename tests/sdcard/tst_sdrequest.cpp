@@ -1,7 +1,8 @@
-// The body limit of camera requests, against a camera that sends its answer
-// as fast as loopback takes it: the limit must hold even when the whole answer
-// is in before the tool's progress check runs (Qt reports progress at most
-// every 100 ms).
+// Camera requests against a camera that sends its answer as fast as loopback
+// takes it: the body limit must hold even when the whole answer is in before
+// the tool's progress check runs (Qt reports progress at most every 100 ms),
+// and a redirect is the answer, never followed (Qt 6 would follow it).
+#include "auth/credentialcheck.h"
 #include "sdcard/sdrequest.h"
 
 #include <QNetworkAccessManager>
@@ -20,7 +21,7 @@ namespace {
 class BlurtingCamera
 {
 public:
-    explicit BlurtingCamera(qint64 bodyBytes)
+    explicit BlurtingCamera(qint64 bodyBytes, const QByteArray &head = "HTTP/1.1 200 OK\r\n")
     {
         listener = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address{};
@@ -31,7 +32,7 @@ public:
         listen(listener, 1);
         getsockname(listener, reinterpret_cast<sockaddr *>(&address), &length);
         port = ntohs(address.sin_port);
-        worker = std::thread([this, bodyBytes] { serve(bodyBytes); });
+        worker = std::thread([this, bodyBytes, head] { serve(bodyBytes, head); });
     }
     ~BlurtingCamera()
     {
@@ -42,12 +43,12 @@ public:
     quint16 port = 0;
 
 private:
-    void serve(qint64 bodyBytes)
+    void serve(qint64 bodyBytes, const QByteArray &head)
     {
         const int peer = accept(listener, nullptr, nullptr);
         char request[4096];
         recv(peer, request, sizeof request, 0);
-        QByteArray answer = "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(bodyBytes) +
+        QByteArray answer = head + "Content-Length: " + QByteArray::number(bodyBytes) +
                             "\r\nConnection: close\r\n\r\n";
         answer += QByteArray(int(bodyBytes), 'a');
         for (qint64 sent = 0; sent < answer.size();) {
@@ -73,6 +74,8 @@ class TestSdRequest : public QObject
 private slots:
     void bodyLimit_data();
     void bodyLimit();
+    void redirectIsTheAnswer_data();
+    void redirectIsTheAnswer();
 };
 
 void TestSdRequest::bodyLimit_data()
@@ -98,6 +101,27 @@ void TestSdRequest::bodyLimit()
     QCOMPARE(reply->error() == QNetworkReply::NoError, accepted);
     if (accepted)
         QCOMPARE(reply->readAll().size(), bodyBytes);
+    delete reply;
+}
+
+void TestSdRequest::redirectIsTheAnswer_data()
+{
+    QTest::addColumn<bool>("credentialCheck");
+    QTest::newRow("SD request") << false;
+    QTest::newRow("credential check") << true;
+}
+
+// The camera takes one connection only: a followed redirect would never finish.
+void TestSdRequest::redirectIsTheAnswer()
+{
+    QFETCH(bool, credentialCheck);
+    BlurtingCamera camera(0, "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\n");
+    QNetworkAccessManager manager;
+    const QUrl url(QStringLiteral("http://127.0.0.1:%1/sd/").arg(camera.port));
+    QNetworkReply *reply = credentialCheck ? veltor::getOutcomeOnly(&manager, QNetworkRequest(url))
+                                           : veltor::sdGet(&manager, url, 10000, 1024);
+    QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 15000);
+    QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), 302);
     delete reply;
 }
 

@@ -30,6 +30,8 @@ QString winbondReply(const QByteArray &ip, const QByteArray &firmware, const QBy
 }
 
 const QByteArray kIp5("\xc0\xa8\x01\x05", 4);
+// A literal "\0\0\0\0" is an empty array, which would make the reply short.
+const QByteArray kZeros(4, '\0');
 const QByteArray kIp6("\xc0\xa8\x01\x06", 4);
 
 // Stands in for the window's decoder: bytes in decimal, joined by ".".
@@ -80,7 +82,7 @@ void tst_StoredCamera::lookup_data()
                              << "1.2.3.4"
                              << "5.6.7.8";
     QTest::newRow("winbond newest reply wins")
-        << QStringList{own, w5, winbondReply(kIp6, "\0\0\0\0", "\0\0\0\0"), w5new} << QStringList()
+        << QStringList{own, w5, winbondReply(kIp6, kZeros, kZeros), w5new} << QStringList()
         << "Winbond"
         << "1.2.3.9"
         << "5.6.7.9"
@@ -155,7 +157,7 @@ void tst_StoredCamera::lookup()
 
 void tst_StoredCamera::winbondFields()
 {
-    const QStringList replies{QString(), winbondReply(kIp5, "\0\0\0\0", "\0\0\0\0")};
+    const QStringList replies{QString(), winbondReply(kIp5, kZeros, kZeros)};
     QStringList keys;
     const veltor::StoredCamera camera =
         veltor::findStoredCamera(replies, {}, QStringLiteral("192.168.1.5"),
