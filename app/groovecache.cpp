@@ -7,12 +7,26 @@
 
 namespace {
 
-// Exposes the style option QProgressBar fills for its own painting.
-class OptionReader : public QProgressBar
+// What QProgressBar::initStyleOption (protected) fills in for its own painting.
+QStyleOptionProgressBar styleOption(const QProgressBar *bar)
 {
-public:
-    using QProgressBar::initStyleOption;
-};
+    QStyleOptionProgressBar option;
+    option.initFrom(bar);
+    if (bar->orientation() == Qt::Horizontal)
+        option.state |= QStyle::State_Horizontal;
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    option.orientation = bar->orientation();
+#endif
+    option.minimum = bar->minimum();
+    option.maximum = bar->maximum();
+    option.progress = bar->value();
+    option.textAlignment = bar->alignment();
+    option.textVisible = bar->isTextVisible();
+    option.text = bar->text();
+    option.invertedAppearance = bar->invertedAppearance();
+    option.bottomToTop = bar->textDirection() == QProgressBar::BottomToTop;
+    return option;
+}
 
 } // namespace
 
@@ -31,8 +45,7 @@ bool GrooveCache::eventFilter(QObject *watched, QEvent *event)
 
 void GrooveCache::paint()
 {
-    QStyleOptionProgressBar option;
-    static_cast<OptionReader *>(bar)->initStyleOption(&option);
+    const QStyleOptionProgressBar option = styleOption(bar);
     const qreal ratio = bar->devicePixelRatioF();
     const QString key = QStringLiteral("%1x%2@%3 %4 %5 %6")
                             .arg(bar->width())
