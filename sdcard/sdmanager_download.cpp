@@ -2,6 +2,7 @@
 
 #include "app/loaddialog.h"
 #include "discovery/eventwait.h"
+#include "discovery/protocolconstants.h"
 #include "sdcard/sdfolderdownload.h"
 #include "sdcard/sdlisting.h"
 #include "ui_sdmanager.h"
@@ -24,7 +25,6 @@ const char kIdleStyle[] =
     "background-color:#ffa03e;border-radius:3px;border:none;font-weight:bold;}";
 constexpr unsigned kListingPauseMs = 1000;
 constexpr int kFailuresListed = 20;
-constexpr int kMaxSleepSliceMs = 100; // longest slice of event processing in sleep()
 
 } // namespace
 
@@ -255,5 +255,5 @@ void sdmanager::sdFormatReply(QNetworkReply *reply)
 
 void sdmanager::sleep(unsigned int milliseconds)
 {
-    veltor::waitProcessingEvents(milliseconds, kMaxSleepSliceMs);
+    veltor::waitProcessingEvents(milliseconds, veltor::kMaxEventSliceMs);
 }
