@@ -157,7 +157,7 @@ private:
                             const veltor::SearchInterface &chosen) const;
     // After the rounds, and again whenever late replies change the findings.
     void showSearchSummary();
-    void writeSearchSummary();
+    void writeSearchSummary(const veltor::SearchInterface &chosen);
     veltor::SearchInterface chosenInterface();
     QStringList rowMacs() const;
 

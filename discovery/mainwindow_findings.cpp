@@ -76,7 +76,7 @@ void MainWindow::refreshFindings()
         return findingsToolTip(camera, chosen);
     });
     if (summaryDue)
-        writeSearchSummary();
+        writeSearchSummary(chosen);
 }
 
 // What is wrong and what to do; a row without findings has neither marker
@@ -105,9 +105,8 @@ void MainWindow::showSearchSummary()
     refreshFindings();
 }
 
-void MainWindow::writeSearchSummary()
+void MainWindow::writeSearchSummary(const veltor::SearchInterface &chosen)
 {
-    const veltor::SearchInterface chosen = chosenInterface();
     const QString where = chosen.name.isEmpty() ? subnetText(chosen) : interfaceText(chosen);
     const veltor::FleetSummary counts = veltor::summarizeFleet(heardCameras.listed(rowMacs()));
     if (counts.cameras() == 0) {
