@@ -1,215 +1,274 @@
+// veltor-cli without a network: every refusal comes before a search, with
+// its exit status and a message naming the fault; what a rerun of an
+// interrupted upgrade takes on; what discover prints for hostile camera texts.
 #include "cli/commands.h"
-#include "cli/password.h"
-#include "cli/sdpath.h"
-#include "cli/targets.h"
+#include "cli/upgradestate.h"
+#include "cli/upgradetargets.h"
+#include "clirun.h"
+#include "discovery/discoveroutput.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextStream>
 
+using namespace veltor;
 using namespace veltor::cli;
+
+namespace {
+
+UpgradeTarget target(int n, TargetState state)
+{
+    const QString mac = QStringLiteral("02:56:4C:00:00:0%1").arg(n);
+    return UpgradeTarget{mac, mac, QStringLiteral("10.78.1.%1").arg(n), "Haisi", state, {}};
+}
+
+SeenCamera camera(const QString &name)
+{
+    SeenCamera camera;
+    camera.record.name = name;
+    camera.record.ip = "10.79.1.5";
+    camera.record.dhcp = "off";
+    camera.family = "Haisi";
+    camera.source = QHostAddress("10.79.1.5");
+    camera.receivedOn = {QHostAddress("10.80.0.1"), QHostAddress("10.79.0.1")};
+    camera.findings = QStringList{"ip-conflict", "other-subnet"};
+    return camera;
+}
+
+QString written(OutputFormat format, const QVector<SeenCamera> &cameras)
+{
+    QString text;
+    QTextStream out(&text);
+    writeDiscoverOutput(out, format, cameras);
+    out.flush();
+    return text;
+}
+
+} // namespace
 
 class tst_cliargs : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { qunsetenv("VELTOR_PASSWORD"); }
+    void initTestCase() { qputenv("VELTOR_PASSWORD", "secret"); }
     void exitStatus_data();
     void exitStatus();
-    void sdPath_data();
-    void sdPath();
-    void normalizedMac_data();
-    void normalizedMac();
-    void passwordFileFirstLine();
-    void passwordFromEnvironment();
-    void selectTargets();
+    void resumePlan_data();
+    void resumePlan();
+    void csvField_data();
+    void csvField() { QTEST(veltor::csvField(QTest::currentDataTag()), "field"); }
+    void jsonKeepsHostileTexts();
+    void tableHidesControlCharacters();
+
+private:
+    QString stateFile(const QString &name, const QByteArray &content)
+    {
+        return writeFile(dir.filePath(name), content) ? dir.filePath(name) : QString();
+    }
+    QTemporaryDir dir;
 };
 
 void tst_cliargs::exitStatus_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("errContains");
+    QTest::addColumn<QString>("text"); // on stdout after success, else on stderr
     QTest::newRow("no command") << QStringList{} << int(Usage) << "a command is missing";
     QTest::newRow("unknown") << QStringList{"frobnicate"} << int(Usage) << "unknown command";
-    QTest::newRow("overview") << QStringList{"--help"} << int(Success) << "";
-    QTest::newRow("version") << QStringList{"--version"} << int(Success) << "";
+    QTest::newRow("overview") << QStringList{"--help"} << int(Success) << "  upgrade ";
+    QTest::newRow("version") << QStringList{"--version"} << int(Success) << "veltor-cli ";
     for (const char *command : {"discover", "set", "upgrade", "sd"}) {
-        QTest::addRow("%s --help", command) << QStringList{command, "--help"} << int(Success) << "";
+        // A command's help names the command, not the program's path.
+        QTest::addRow("%s --help", command)
+            << QStringList{command, "--help"} << int(Success)
+            << QString("Usage: veltor-cli %1 [options]").arg(command);
         QTest::addRow("%s bad option", command)
             << QStringList{command, "--no-such-option"} << int(Usage) << "no-such-option";
     }
-    // Usage errors come before a search or a password prompt.
-    const QStringList user{"--user", "admin"};
-    QTest::newRow("sd: no action") << QStringList{"sd"} << int(Usage) << "action is missing";
-    QTest::newRow("sd: unknown action")
-        << QStringList{"sd", "erase", "10.0.0.5"} << int(Usage) << "unknown action \"erase\"";
-    QTest::newRow("sd: no target")
-        << QStringList{"sd", "status"} + user << int(Usage) << "status TARGET";
-    QTest::newRow("sd: target no address")
-        << QStringList{"sd", "status", "camera1"} + user << int(Usage) << "neither a MAC";
-    QTest::newRow("sd: status with a path")
-        << QStringList{"sd", "status", "20261123", "10.0.0.5"} + user << int(Usage)
-        << "status TARGET";
-    QTest::newRow("sd: get without DEST")
-        << QStringList{"sd", "get", "20261123", "10.0.0.5"} + user << int(Usage) << "get PATH DEST";
-    QTest::newRow("sd: format without --yes")
-        << QStringList{"sd", "format", "10.0.0.5"} + user << int(Usage) << "--yes";
-    QTest::newRow("sd: ls of a file")
-        << QStringList{"sd", "ls", "a/b/c.jpg", "10.0.0.5"} + user << int(Usage) << "names a file";
-    QTest::newRow("sd: get outside the card")
-        << QStringList{"sd", "get", "../x", "d", "10.0.0.5"} + user << int(Usage)
-        << "no place on an SD card";
-    QTest::newRow("sd: unknown format")
-        << QStringList{"sd", "status", "--format", "xml", "10.0.0.5"} + user << int(Usage)
-        << "text or json";
-    QTest::newRow("sd: wait no number")
-        << QStringList{"sd", "status", "--wait", "soon", "10.0.0.5"} + user << int(Usage)
-        << "--wait";
-    QTest::newRow("sd: no user") << QStringList{"sd", "status", "10.0.0.5"} << int(Usage)
-                                 << "--user";
-    QTest::newRow("sd: unreadable password file")
-        << QStringList{"sd", "status", "--password-file", "/nonexistent/pw", "10.0.0.5"} + user
-        << int(Failure) << "/nonexistent/pw";
+    const auto row = [](const char *name, const QString &arguments, int code, const QString &text) {
+        QTest::newRow(name) << arguments.split(' ') << code << text;
+    };
+    row("discover: rounds 0", "discover --rounds 0", Usage, "--rounds wants a number");
+    row("discover: negative wait", "discover --wait -1", Usage, "--wait wants a number");
+    row("discover: format", "discover --format xml", Usage, "--format wants table, csv or json");
+    row("discover: interface not an address", "discover --interface eth0", Usage,
+        "--interface wants an IPv4 address");
+    row("discover: interface not here", "discover --interface 192.0.2.77", Usage,
+        "no interface of this host has");
+    row("discover: stray argument", "discover everything", Usage, "unexpected argument");
+    row("discover: missing value", "discover --format", Usage, "Missing value");
+    row("discover: usage names help", "discover --rounds two", Usage, "veltor-cli discover --help");
+
+    row("sd: no action", "sd", Usage, "action is missing");
+    row("sd: unknown action", "sd erase 10.0.0.5", Usage, "unknown action \"erase\"");
+    row("sd: no target", "sd status --user a", Usage, "status TARGET");
+    row("sd: target no address", "sd status camera1 --user a", Usage, "neither a MAC");
+    row("sd: status with a path", "sd status 20261123 10.0.0.5 --user a", Usage, "status TARGET");
+    row("sd: get without DEST", "sd get 20261123 10.0.0.5 --user a", Usage, "get PATH DEST");
+    row("sd: format without --yes", "sd format 10.0.0.5 --user a", Usage, "--yes");
+    row("sd: ls of a file", "sd ls a/b/c.jpg 10.0.0.5 --user a", Usage, "names a file");
+    for (const QString path : {"../x", "a/../b", "./a", "a?cmd=sdfrmt", "a#x", "%2e%2e"})
+        row(qPrintable("sd: get " + path), "sd get " + path + " d 10.0.0.5 --user a", Usage,
+            '"' + path + "\" is no place on an SD card");
+    row("sd: too deep", "sd get a/b/c/d d 10.0.0.5 --user a", Usage, "deeper than the card's");
+    row("sd: unknown format", "sd status --format xml 10.0.0.5 --user a", Usage, "text or json");
+    row("sd: wait no number", "sd status --wait soon 10.0.0.5 --user a", Usage, "--wait");
+    row("sd: no user", "sd status 10.0.0.5", Usage, "--user is required");
+    row("sd: unreadable password file",
+        "sd status --password-file /nonexistent/pw 10.0.0.5 --user a", Failure,
+        "cannot read the password file /nonexistent/pw");
+
+    const QString file = QCoreApplication::applicationFilePath(); // any readable file
+    const QString upgrade = "upgrade --user a --file " + file;
+    row("upgrade: no kind", upgrade + " 10.0.0.1", Usage, "give one of --firmware and --webui");
+    row("upgrade: both kinds", upgrade + " --firmware --webui 10.0.0.1", Usage,
+        "give one of --firmware and --webui");
+    row("upgrade: no targets", upgrade + " --firmware", Usage, "no targets");
+    row("upgrade: two ways of naming", upgrade + " --firmware --all-family Haisi 10.0.0.1", Usage,
+        "exclude each other");
+    row("upgrade: unknown family", upgrade + " --webui --all-family Sony", Usage,
+        "--all-family wants Haisi or Winbond, not \"Sony\"");
+    row("upgrade: parallel 0", upgrade + " --firmware --parallel 0 10.0.0.1", Usage,
+        "--parallel wants a number from 1 to 64");
+    row("upgrade: no file", "upgrade --user a --firmware 10.0.0.1", Usage, "--file is required");
+    row("upgrade: unreadable file", "upgrade --user a --firmware --file /nonexistent 10.0.0.1",
+        Failure, "cannot read the file /nonexistent");
+    row("upgrade: no user", "upgrade --firmware 10.0.0.1 --file " + file, Usage,
+        "--user is required");
+    UpgradeRun done{
+        "firmware", file, {}, {{"02:56:4C:00:00:01", {}, {}, {}, TargetState::Sent, {}}}};
+    const QString donePath = stateFile("done.json", stateJson(done));
+    row("upgrade: nothing left, no search", upgrade + " --firmware --only-failed " + donePath,
+        Success, "1 sent");
+    row("upgrade: state of the other kind", upgrade + " --webui --only-failed " + donePath, Failure,
+        "the state file is of a firmware upgrade, not of a webui upgrade");
+    const QByteArray unknownState = R"({"targets": [{"mac": "02:56", "state": "done"}]})";
+    const QMap<QByteArray, QString> damaged{
+        {"\x7f"
+         "ELF",
+         "not JSON"},
+        {R"({"targets": [{"mac": "02:)", "not JSON"},
+        {"[1, 2]", "no list of targets"},
+        {R"({"targets": 3})", "no list of targets"},
+        {unknownState, "target 1 has no name or an unknown state"},
+        {R"({"targets": [{"state": "queued"}]})", "target 1 has no name"}};
+    for (auto it = damaged.cbegin(); it != damaged.cend(); ++it) {
+        const QString path = stateFile(QString::number(qHash(it.key())), it.key());
+        row(it.key().constData(), upgrade + " --webui --only-failed " + path, Failure,
+            path + " is damaged: " + it.value());
+    }
+    row("upgrade: missing state", upgrade + " --webui --only-failed /nonexistent.json", Failure,
+        "cannot read the state file /nonexistent.json");
+
+    row("set: no MAC", "set --dhcp --user a", Usage, "give exactly one MAC address");
+    row("set: not a MAC", "set 10.0.0.1 --dhcp --user a", Usage,
+        "\"10.0.0.1\" is not a MAC address");
+    row("set: dhcp and address", "set 02:56:4C:00:00:01 --dhcp --ip 10.0.0.9 --user a", Usage,
+        "--dhcp and fixed addresses exclude each other");
+    row("set: nothing to change", "set 02:56:4C:00:00:01 --user a", Usage, "nothing to change");
+    row("set: bad timeout", "set 02:56:4C:00:00:01 --dhcp --timeout soon --user a", Usage,
+        "--timeout wants a number");
+    row("set: no user", "set 02:56:4C:00:00:01 --dhcp", Usage, "--user is required");
 }
 
 void tst_cliargs::exitStatus()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, code);
-    QFETCH(QString, errContains);
-    QString outText;
-    QString errText;
-    QTextStream out(&outText);
-    QTextStream err(&errText);
-    QCOMPARE(run(QStringList{"veltor-cli"} + arguments, Io{out, err}), code);
-    out.flush();
-    err.flush();
-    QVERIFY2(errText.contains(errContains), qPrintable(errText));
-    QVERIFY(!errText.contains("Password:"));
-    if (code == Success)
-        QVERIFY(!outText.isEmpty());
-    // A command's help names the command, not the program's path.
-    if (arguments.size() == 2 && arguments.at(1) == "--help")
-        QVERIFY2(outText.startsWith("Usage: veltor-cli " + arguments.first() + " [options]"),
-                 qPrintable(outText.left(80)));
-}
-
-void tst_cliargs::sdPath_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("cameraPath"); // "!" when refused
-    QTest::addColumn<int>("depth");
-    QTest::newRow("empty") << ""
-                           << "" << 0;
-    QTest::newRow("root") << "/"
-                          << "" << 0;
-    QTest::newRow("day") << "20261123"
-                         << "20261123/" << 1;
-    QTest::newRow("day with slash") << "20261123/"
-                                    << "20261123/" << 1;
-    QTest::newRow("doubled slashes") << "/20261123//images001/"
-                                     << "20261123/images001/" << 2;
-    QTest::newRow("file") << "20261123/record001/R1.264"
-                          << "20261123/record001/R1.264" << 3;
-    QTest::newRow("too deep") << "a/b/c/d"
-                              << "!" << 0;
-    QTest::newRow("dot dot") << "../x"
-                             << "!" << 0;
-    QTest::newRow("dot dot inside") << "20261123/../images001"
-                                    << "!" << 0;
-    QTest::newRow("dot") << "./20261123"
-                         << "!" << 0;
-    QTest::newRow("query") << "20261123?cmd=sdfrmt"
-                           << "!" << 0;
-    QTest::newRow("fragment") << "20261123#x"
-                              << "!" << 0;
-    QTest::newRow("escape") << "%2e%2e"
-                            << "!" << 0;
-}
-
-void tst_cliargs::sdPath()
-{
     QFETCH(QString, text);
-    QFETCH(QString, cameraPath);
-    QFETCH(int, depth);
-    QString error;
-    const std::optional<SdPath> path = parseSdPath(text, &error);
-    if (cameraPath == "!") {
-        QVERIFY(!path);
-        QVERIFY(error.contains(text));
-        return;
-    }
-    QVERIFY(path);
-    QCOMPARE(path->cameraPath(), cameraPath);
-    QCOMPARE(path->depth(), depth);
+    QString out;
+    QString err;
+    QTextStream outStream(&out);
+    QTextStream errStream(&err);
+    arguments.removeAll(QString());
+    QCOMPARE(run(QStringList{"veltor-cli"} + arguments, Io{outStream, errStream}), code);
+    outStream.flush();
+    errStream.flush();
+    QVERIFY2((code == Success ? out : err).contains(text), qPrintable(out + err));
+    QVERIFY2(code == Success || out.isEmpty(), qPrintable(out));
+    QVERIFY(!err.contains("secret"));
 }
 
-void tst_cliargs::normalizedMac_data()
+// What a rerun with --only-failed takes on, from the earlier state of each
+// target and what the search shows now. Camera 1 reports the new version.
+void tst_cliargs::resumePlan_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("mac");
-    QTest::newRow("colons") << "00:1a:2b:3c:4d:5e"
-                            << "00:1A:2B:3C:4D:5E";
-    QTest::newRow("dashes") << "00-1A-2B-3C-4D-5E"
-                            << "00:1A:2B:3C:4D:5E";
-    QTest::newRow("bare") << "001a2b3c4d5e"
-                          << "00:1A:2B:3C:4D:5E";
-    QTest::newRow("short") << "001a2b3c4d5"
-                           << "";
-    QTest::newRow("not hex") << "00:1a:2b:3c:4d:5g"
-                             << "";
-    QTest::newRow("ip") << "10.0.0.1"
-                        << "";
+    QTest::addColumn<int>("earlier");
+    QTest::addColumn<bool>("answers");
+    QTest::addColumn<int>("planned");
+    QTest::addColumn<bool>("uploads");
+    const int verified = int(TargetState::Verified), queued = int(TargetState::Queued),
+              failed = int(TargetState::Failed);
+    QTest::newRow("sent, new version shown") << int(TargetState::Sent) << true << verified << false;
+    QTest::newRow("restarting, new version shown")
+        << int(TargetState::WaitingForReboot) << true << verified << false;
+    QTest::newRow("upload cut short: again, whatever it shows")
+        << int(TargetState::Uploading) << true << queued << true;
+    QTest::newRow("failed: again") << failed << true << queued << true;
+    QTest::newRow("silent now") << int(TargetState::Sent) << false << failed << false;
 }
 
-void tst_cliargs::normalizedMac()
+void tst_cliargs::resumePlan()
 {
-    QFETCH(QString, text);
-    QFETCH(QString, mac);
-    QCOMPARE(veltor::cli::normalizedMac(text), mac);
+    QFETCH(int, earlier);
+    QFETCH(bool, answers);
+    const UpgradeRun run{"webui", {}, "1.1.0.0", {}};
+    const QVector<UpgradeTarget> before{target(1, TargetState(earlier)),
+                                        target(2, TargetState::Verified)};
+    QVector<veltor::SeenCamera> seen(1);
+    seen[0].record.mac = answers ? before[0].mac : QStringLiteral("02:56:4C:00:00:09");
+    seen[0].record.webui = QStringLiteral("1.1.0.0");
+    seen[0].record.firmware = QStringLiteral("9.9.9.9");
+    QHash<int, veltor::SeenCamera> cameras;
+    const QVector<UpgradeTarget> plan =
+        planTargets(namesToRedo(before, true), before, seen, run, &cameras);
+    QCOMPARE(plan.size(), 2); // the other, done target is kept
+    QCOMPARE(plan[1].mac, before[1].mac);
+    QCOMPARE(plan[0].target, before[0].mac);
+    QTEST(int(plan[0].state), "planned");
+    QTEST(cameras.contains(0), "uploads");
 }
 
-void tst_cliargs::passwordFileFirstLine()
+void tst_cliargs::csvField_data()
 {
-    QTemporaryDir dir;
-    QFile file(dir.filePath("pw"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("s3cr&t #1\r\nsecond line\n");
-    file.close();
-    QString sink;
-    QTextStream stream(&sink);
-    QString error;
-    QCOMPARE(readPassword(file.fileName(), Io{stream, stream}, &error), QString("s3cr&t #1"));
-    QVERIFY(!readPassword(dir.filePath("missing"), Io{stream, stream}, &error));
-    QVERIFY(error.contains("missing"));
+    QTest::addColumn<QString>("field"); // the row's name is the text
+    for (const char *plain : {"VELTOR-W001", " a b "})
+        QTest::newRow(plain) << plain;
+    QTest::newRow("") << "";
+    QTest::newRow("Hall, east") << "\"Hall, east\"";
+    QTest::newRow("say \"hi\"") << "\"say \"\"hi\"\"\"";
+    QTest::newRow("two\nlines") << "\"two\nlines\"";
+    QTest::newRow("a\rb") << "\"a\rb\"";
 }
 
-void tst_cliargs::passwordFromEnvironment()
+void tst_cliargs::jsonKeepsHostileTexts()
 {
-    qputenv("VELTOR_PASSWORD", "from env");
-    QString sink;
-    QTextStream stream(&sink);
-    QString error;
-    QCOMPARE(readPassword(QString(), Io{stream, stream}, &error), QString("from env"));
-    qunsetenv("VELTOR_PASSWORD");
+    const QString name = QString::fromUtf8("Kamera \"Süd\", \\ \x1b[2J");
+    const QJsonArray array =
+        QJsonDocument::fromJson(written(OutputFormat::Json, {camera(name)}).toUtf8()).array();
+    QCOMPARE(array.size(), 1);
+    const QJsonObject object = array[0].toObject();
+    QCOMPARE(object["name"].toString(), name);
+    QCOMPARE(object["dhcp"].toString(), QString("off"));
+    QCOMPARE(written(OutputFormat::Json, {}).trimmed(), QString("[\n]"));
 }
 
-void tst_cliargs::selectTargets()
+void tst_cliargs::tableHidesControlCharacters()
 {
-    QVector<veltor::SeenCamera> cameras(2);
-    cameras[0].record.ip = "10.0.0.5";
-    cameras[0].record.mac = "00:11:22:33:44:55";
-    cameras[1].record.ip = "10.0.0.6";
-    cameras[1].record.mac = "00:11:22:33:44:66";
-    QStringList missing;
-    const auto chosen =
-        veltor::cli::selectTargets(cameras, {"001122334466", "10.0.0.5", "10.0.0.9"}, &missing);
-    QCOMPARE(chosen.size(), 2);
-    QCOMPARE(chosen[0].record.ip, QString("10.0.0.6"));
-    QCOMPARE(chosen[1].record.ip, QString("10.0.0.5"));
-    QCOMPARE(missing, QStringList{"10.0.0.9"});
+    const QStringList lines =
+        written(OutputFormat::Table, {camera("evil\x1b]0;owned\x07\u202Ename"), camera("ok")})
+            .split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 3);
+    QVERIFY(lines[1].startsWith(QString("evil\uFFFD]0;owned\uFFFD\uFFFDname")));
+    // Columns line up under their headers.
+    const int ipColumn = lines[0].indexOf("IP Address");
+    QCOMPARE(lines[1].indexOf("10.79.1.5"), ipColumn);
+    QCOMPARE(lines[2].indexOf("10.79.1.5"), ipColumn);
+    QVERIFY(lines[2].endsWith("10.80.0.1 10.79.0.1  10.79.1.5  ip-conflict other-subnet"));
 }
 
 QTEST_GUILESS_MAIN(tst_cliargs)

@@ -3,23 +3,20 @@
 // levels, get of files and folders compared by SHA-256 with what the camera
 // serves, format, and the failures. No run may show the password.
 #include "camsimfleet.h"
+#include "clirun.h"
 #include "filehashes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 
-struct Run
+QStringList jsonIf(bool json)
 {
-    int code = -1;
-    QString out;
-    QString err;
-};
+    return json ? QStringList{"--format", "json"} : QStringList{};
+}
 
 } // namespace
 
@@ -30,8 +27,6 @@ class TestSdCliEndToEnd : public QObject
 private slots:
     void initTestCase();
     void init() { control("reset=1"); }
-    void cleanup();
-    void status_data();
     void status();
     void list_data();
     void list();
@@ -43,25 +38,28 @@ private slots:
     void format();
 
 private:
-    Run cli(const QStringList &arguments, const QString &password);
-    Run sd(const QStringList &arguments) { return cli(arguments, haisi.password); }
-    QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
-    QMap<QString, QByteArray> simHashes(const QString &prefix)
+    CliRun sd(const QStringList &arguments, const QString &password)
     {
-        return camsimfleet::sdCardHashes(haisi, prefix);
+        return runCli(QStringList{"sd"} + arguments + QStringList{"--wait", "300"}, password);
     }
+    // On the camera with a card, by address or MAC, with its password.
+    CliRun sd(const QStringList &arguments, bool byMac = false)
+    {
+        return sd(arguments + QStringList{"--user", haisi.user, byMac ? haisi.mac : haisi.ip},
+                  haisi.password);
+    }
+    QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
 
-    QVector<camsimfleet::Camera> cameras;
     camsimfleet::Camera haisi;  // with a card
     camsimfleet::Camera noCard; // Haisi without one
     camsimfleet::Camera winbond;
-    QStringList shown; // everything the runs of one test printed
 };
 
 void TestSdCliEndToEnd::initTestCase()
 {
+    QVector<camsimfleet::Camera> cameras;
     CAMSIM_FLEET_OR_SKIP(cameras);
-    for (const camsimfleet::Camera &camera : cameras) {
+    for (const camsimfleet::Camera &camera : qAsConst(cameras)) {
         if (camera.family == "Winbond")
             winbond = camera;
         else
@@ -71,60 +69,18 @@ void TestSdCliEndToEnd::initTestCase()
     QVERIFY(haisi.password.size() >= 6); // long enough to be told apart in the output
 }
 
-void TestSdCliEndToEnd::cleanup()
-{
-    const QStringList texts = std::exchange(shown, {});
-    for (const QString &text : texts) {
-        QVERIFY2(!text.contains(haisi.password), qPrintable(text));
-        QVERIFY2(!text.contains(QUrl::toPercentEncoding(haisi.password)), qPrintable(text));
-    }
-}
-
-Run TestSdCliEndToEnd::cli(const QStringList &arguments, const QString &password)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("VELTOR_PASSWORD", password);
-    process.setProcessEnvironment(environment);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(VELTOR_CLI, QStringList{"sd"} + arguments + QStringList{"--wait", "300"});
-    Run run;
-    if (!process.waitForFinished(120000))
-        return run;
-    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    shown << run.out << run.err;
-    return run;
-}
-
-void TestSdCliEndToEnd::status_data()
-{
-    QTest::addColumn<bool>("byMac");
-    QTest::addColumn<bool>("json");
-    QTest::newRow("by MAC, text") << true << false;
-    QTest::newRow("by address, json") << false << true;
-}
-
 void TestSdCliEndToEnd::status()
 {
-    QFETCH(bool, byMac);
-    QFETCH(bool, json);
-    QStringList arguments{"status", "--user", haisi.user, byMac ? haisi.mac : haisi.ip};
-    if (json)
-        arguments << "--format"
-                  << "json";
-    const Run run = sd(arguments);
-    QCOMPARE(run.code, 0);
-    if (json) {
-        const QJsonObject status = QJsonDocument::fromJson(run.out.toUtf8()).object();
-        QCOMPARE(status["status"].toString(), QString("Ready"));
-        QCOMPARE(status["totalKB"].toDouble(), 15558144.0);
-        QCOMPARE(status["usedKB"].toDouble() + status["freeKB"].toDouble(), 15558144.0);
-    } else {
-        QVERIFY2(run.out.contains("Status: Ready\nTotal:  15193.5MB (15558144 KB)\n"),
-                 qPrintable(run.out));
-    }
+    const CliRun text = sd({"status"}, true);
+    QCOMPARE(text.exitCode, 0);
+    QVERIFY2(text.out.contains("Status: Ready\nTotal:  15193.5MB (15558144 KB)\n"),
+             qPrintable(text.out));
+    const CliRun json = sd(QStringList{"status"} + jsonIf(true));
+    QCOMPARE(json.exitCode, 0);
+    const QJsonObject status = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(status["status"].toString(), QString("Ready"));
+    QCOMPARE(status["totalKB"].toDouble(), 15558144.0);
+    QCOMPARE(status["usedKB"].toDouble() + status["freeKB"].toDouble(), 15558144.0);
 }
 
 void TestSdCliEndToEnd::list_data()
@@ -141,12 +97,8 @@ void TestSdCliEndToEnd::list()
 {
     QFETCH(QString, path);
     QFETCH(bool, json);
-    QStringList arguments{"ls", path, "--user", haisi.user, haisi.ip};
-    if (json)
-        arguments << "--format"
-                  << "json";
-    const Run run = sd(arguments);
-    QCOMPARE(run.code, 0);
+    const CliRun run = sd(QStringList{"ls", path} + jsonIf(json));
+    QCOMPARE(run.exitCode, 0);
     QStringList names;
     if (json) {
         for (const QJsonValue &row : QJsonDocument::fromJson(run.out.toUtf8()).array())
@@ -176,48 +128,34 @@ void TestSdCliEndToEnd::get_data()
     QTest::addColumn<QString>("local"); // where it lands below DEST
     QTest::addColumn<QString>("lost");  // reported, absent, exit status 1
     const QString picture = "20261123/images001/P26112310000101.jpg";
-    QTest::newRow("file") << picture << "" << picture << "P26112310000101.jpg"
-                          << "";
-    QTest::newRow("sub-folder") << "20261124/record001"
-                                << ""
-                                << "20261124/record001/"
-                                << "record001/"
-                                << "";
-    QTest::newRow("day folder") << "20261123/"
-                                << ""
-                                << "20261123/"
-                                << "20261123/"
-                                << "";
-    QTest::newRow("card") << "/"
-                          << ""
-                          << ""
-                          << ""
-                          << "";
     const QString recording = "20261123/record001/R20261123_100001_0001.264";
+    const QString day = "20261123/", none;
+    QTest::newRow("file") << picture << none << picture << "P26112310000101.jpg" << none;
+    QTest::newRow("sub-folder") << "20261124/record001" << none << "20261124/record001/"
+                                << "record001/" << none;
+    QTest::newRow("day folder") << day << none << day << day << none;
+    QTest::newRow("card") << "/" << none << none << none << none;
     QTest::newRow("cut recording") << "20261123"
-                                   << "cut=" + recording << "20261123/"
-                                   << "20261123/" << recording;
+                                   << "cut=" + recording << day << day << recording;
+    const QString next = "20261124/", lost = next + "images001/";
     QTest::newRow("failing listing") << "20261124"
-                                     << "fail=20261124/images001/"
-                                     << "20261124/"
-                                     << "20261124/"
-                                     << "20261124/images001/";
+                                     << "fail=" + lost << next << next << lost;
 }
 
 void TestSdCliEndToEnd::get()
 {
-    QFETCH(QString, path);
-    QFETCH(QString, misbehave);
     QFETCH(QString, fromCamera);
     QFETCH(QString, local);
     QFETCH(QString, lost);
+    QFETCH(QString, misbehave);
     control("reset=1&" + misbehave);
     QTemporaryDir sandbox;
     const QString dest = sandbox.filePath("dest");
-    const Run run = sd({"get", path, dest, "--user", haisi.user, haisi.mac});
-    QCOMPARE(run.code, lost.isEmpty() ? 0 : 1);
+    QFETCH(QString, path);
+    const CliRun run = sd({"get", path, dest}, true);
+    QCOMPARE(run.exitCode, lost.isEmpty() ? 0 : 1);
     QMap<QString, QByteArray> expected;
-    const QMap<QString, QByteArray> onCamera = simHashes(fromCamera);
+    const QMap<QString, QByteArray> onCamera = camsimfleet::sdCardHashes(haisi, fromCamera);
     for (auto it = onCamera.begin(); it != onCamera.end(); ++it) {
         const QString name =
             fromCamera.endsWith('/') || fromCamera.isEmpty() ? local + it.key() : local;
@@ -236,46 +174,34 @@ void TestSdCliEndToEnd::get()
 void TestSdCliEndToEnd::getKeepsWhatIsThere()
 {
     QTemporaryDir dest;
-    QFile mine(dest.filePath("P26112310000000.jpg"));
-    QVERIFY(mine.open(QIODevice::WriteOnly));
-    mine.write("mine");
-    mine.close();
-    const QStringList arguments{"get",    "20261123/images001", dest.path(),
-                                "--user", haisi.user,           haisi.ip};
-    const Run first = sd(arguments);
-    QCOMPARE(first.code, 0);
-    QVERIFY(mine.open(QIODevice::ReadOnly));
-    QCOMPARE(mine.readAll(), QByteArray("mine")); // not in the sub-folder: untouched
-    mine.close();
+    const QString mine = dest.filePath("P26112310000000.jpg");
+    QVERIFY(writeFile(mine, "mine"));
+    const QStringList arguments{"get", "20261123/images001", dest.path()};
+    QCOMPARE(sd(arguments).exitCode, 0);
+    QCOMPARE(readFile(mine), QByteArray("mine")); // not in the sub-folder: untouched
 
-    const Run again = sd(arguments);
-    QCOMPARE(again.code, 0);
+    const CliRun again = sd(arguments);
+    QCOMPARE(again.exitCode, 0);
     QVERIFY2(again.err.contains("0 saved, 3 kept, 0 failed"), qPrintable(again.err));
     QVERIFY(again.out.isEmpty());
 
     control("cut=20261123/images001/P26112310000101.jpg");
-    const Run replacing = sd(arguments + QStringList{"--overwrite"});
-    QCOMPARE(replacing.code, 1);
-    QCOMPARE(testsupport::fileHashes(dest.filePath("images001")), simHashes("20261123/images001/"));
+    QCOMPARE(sd(arguments + QStringList{"--overwrite"}).exitCode, 1);
+    QCOMPARE(testsupport::fileHashes(dest.filePath("images001")),
+             camsimfleet::sdCardHashes(haisi, "20261123/images001/"));
 }
 
 void TestSdCliEndToEnd::fails_data()
 {
-    QTest::addColumn<QString>("target"); // "winbond", "nocard", or an address
+    QTest::addColumn<QString>("target");
     QTest::addColumn<QString>("password");
     QTest::addColumn<QString>("message");
-    QTest::newRow("wrong password") << ""
-                                    << "not-the-password"
+    QTest::newRow("wrong password") << haisi.ip << "not-the-password"
                                     << "Your username or password is not correct!";
-    QTest::newRow("Winbond camera") << "winbond"
-                                    << ""
-                                    << "VGA-Cameras do not support SD cards";
-    QTest::newRow("no card") << "nocard"
-                             << ""
-                             << "No SD card detected";
-    QTest::newRow("nobody there") << "00:00:00:00:00:01"
-                                  << ""
-                                  << "no camera answered";
+    QTest::newRow("Winbond camera")
+        << winbond.ip << haisi.password << "VGA-Cameras do not support SD cards";
+    QTest::newRow("no card") << noCard.ip << haisi.password << "No SD card detected";
+    QTest::newRow("nobody there") << "00:00:00:00:00:01" << haisi.password << "no camera answered";
 }
 
 void TestSdCliEndToEnd::fails()
@@ -283,41 +209,32 @@ void TestSdCliEndToEnd::fails()
     QFETCH(QString, target);
     QFETCH(QString, password);
     QFETCH(QString, message);
-    const QString address = target == "winbond"  ? winbond.ip
-                            : target == "nocard" ? noCard.ip
-                            : target.isEmpty()   ? haisi.ip
-                                                 : target;
-    for (const QString action : {"status", "ls", "get", "format"}) {
-        QStringList arguments{action, "--yes", "--user", haisi.user, address};
-        if (action == QLatin1String("get"))
-            arguments.insert(1, "20261123");
-        if (action == QLatin1String("get"))
-            arguments.insert(2, QDir::temp().filePath("never-made"));
-        const Run run = cli(arguments, password.isEmpty() ? haisi.password : password);
-        QCOMPARE(run.code, 1);
-        QVERIFY2(run.err.contains(message), qPrintable(action + ": " + run.err));
-        QVERIFY(!run.err.contains(password.isEmpty() ? haisi.password : password));
+    const QString never = QDir::temp().filePath("never-made");
+    for (const QStringList &action :
+         QList<QStringList>{{"status"}, {"ls"}, {"get", "20261123", never}, {"format"}}) {
+        const CliRun run =
+            sd(action + QStringList{"--yes", "--user", haisi.user, target}, password);
+        QCOMPARE(run.exitCode, 1);
+        QVERIFY2(run.err.contains(message), qPrintable(action.first() + ": " + run.err));
     }
-    QVERIFY(!QDir::temp().exists("never-made"));
+    QVERIFY(!QFileInfo::exists(never));
     QCOMPARE(control("").size(), 2 * (3 + 2)); // nothing formatted
 }
 
 void TestSdCliEndToEnd::format()
 {
     QTemporaryDir dir;
-    QFile passwordFile(dir.filePath("pw"));
-    QVERIFY(passwordFile.open(QIODevice::WriteOnly));
-    passwordFile.write(haisi.password.toUtf8() + "\n");
-    passwordFile.close();
-    // From the file, though the environment names another.
-    const Run run = cli({"format", "--yes", "--user", haisi.user, "--password-file",
-                         passwordFile.fileName(), haisi.mac},
-                        "not-the-password");
-    QCOMPARE(run.code, 0);
+    QVERIFY(writeFile(dir.filePath("pw"), haisi.password.toUtf8() + "\r\nsecond line\n"));
+    // The file's first line, though the environment names another.
+    const CliRun run = sd(
+        {"format", "--yes", "--user", haisi.user, "--password-file", dir.filePath("pw"), haisi.mac},
+        QStringLiteral("not-the-password"));
+    QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.out, QString("Success!\n"));
+    QVERIFY(!run.err.contains(haisi.password));
     QVERIFY(control("").isEmpty());
-    const Run empty = sd({"ls", "--user", haisi.user, haisi.ip});
-    QCOMPARE(empty.code, 0);
+    const CliRun empty = sd({"ls"});
+    QCOMPARE(empty.exitCode, 0);
     QCOMPARE(empty.out, QString());
 }
 
