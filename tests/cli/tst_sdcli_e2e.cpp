@@ -11,15 +11,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-QStringList jsonIf(bool json)
-{
-    return json ? QStringList{"--format", "json"} : QStringList{};
-}
-
-} // namespace
-
 class TestSdCliEndToEnd : public QObject
 {
     Q_OBJECT
@@ -42,13 +33,20 @@ private:
     {
         return runCli(QStringList{"sd"} + arguments + QStringList{"--wait", "300"}, password);
     }
-    // On the camera with a card, by address or MAC, with its password.
+    // On the camera with a card, by address or MAC (in another form than it says), with its
+    // password.
     CliRun sd(const QStringList &arguments, bool byMac = false)
     {
-        return sd(arguments + QStringList{"--user", haisi.user, byMac ? haisi.mac : haisi.ip},
+        return sd(arguments + QStringList{"--user", haisi.user,
+                                          byMac ? QString(haisi.mac).replace(":", "-").toLower()
+                                                : haisi.ip},
                   haisi.password);
     }
     QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
+    static QStringList jsonIf(bool json)
+    {
+        return json ? QStringList{"--format", "json"} : QStringList{};
+    }
 
     camsimfleet::Camera haisi;  // with a card
     camsimfleet::Camera noCard; // Haisi without one

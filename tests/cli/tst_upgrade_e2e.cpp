@@ -95,10 +95,10 @@ private:
 
 void tst_UpgradeE2e::twentyCamerasFourAtOnce()
 {
-    // Named half by MAC, half by address, as a user would mix them.
+    // Named half by MAC (bare, lower case), half by address, as a user would mix them.
     QStringList targets;
     for (const camsimfleet::Camera &camera : qAsConst(fleet))
-        targets << (camera.index % 2 ? camera.ip : camera.mac);
+        targets << (camera.index % 2 ? camera.ip : QString(camera.mac).remove(":").toLower());
     const QString state = dir.filePath("all.json");
     const CliRun run = runCli(
         upgrade("--firmware", kFirmware, 600001) +
