@@ -84,7 +84,10 @@ void TestDiscoverE2e::findsAndFlagsTheWholeFleet()
             interfaces << (home == kNetworkA ? kNetworkB : kNetworkA);
         QCOMPARE(row["interfaces"].toArray(), QJsonArray::fromStringList(interfaces));
     }
-    QVERIFY2(run.err.contains("va0 10.79.0.1/16") && run.err.contains("vb0 10.80.0.1/16"),
+    const QString probed = "(va0 10.79.0.1/16|vb0 10.80.0.1/16) \\(broadcast [.0-9]+\\)";
+    QVERIFY2(run.err.contains(
+                 QRegularExpression("Interfaces probed: " + probed + ", " + probed + "\n")) &&
+                 run.err.contains("va0") && run.err.contains("vb0"),
              qPrintable(run.err));
     QVERIFY2(run.err.contains(QRegularExpression("malformed dropped: [1-9]")), qPrintable(run.err));
 }
