@@ -40,7 +40,12 @@ class TestDiscoverE2e : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase()
+    {
+        CAMSIM_FLEET_OR_SKIP(fleet);
+        fleet.erase(std::remove_if(fleet.begin(), fleet.end(), [](auto &c) { return c.malformed; }),
+                    fleet.end());
+    }
     void findsAndFlagsTheWholeFleet();
     void oneInterface_data();
     void oneInterface();
@@ -48,13 +53,6 @@ private slots:
 private:
     QVector<camsimfleet::Camera> fleet; // those that answer well
 };
-
-void TestDiscoverE2e::initTestCase()
-{
-    CAMSIM_FLEET_OR_SKIP(fleet);
-    fleet.erase(std::remove_if(fleet.begin(), fleet.end(), [](auto &c) { return c.malformed; }),
-                fleet.end());
-}
 
 void TestDiscoverE2e::findsAndFlagsTheWholeFleet()
 {

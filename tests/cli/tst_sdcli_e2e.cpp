@@ -16,7 +16,13 @@ class TestSdCliEndToEnd : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase()
+    {
+        CAMSIM_FLEET_OR_SKIP(fleet);
+        QCOMPARE(fleet.size(), 3);
+        haisi = fleet.at(1);
+        QVERIFY(haisi.password.size() >= 6); // long enough to be told apart in the output
+    }
     void init() { control("reset=1"); }
     void status();
     void list_data();
@@ -43,29 +49,10 @@ private:
                   haisi.password);
     }
     QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
-    static QStringList jsonIf(bool json)
-    {
-        return json ? QStringList{"--format", "json"} : QStringList{};
-    }
 
-    camsimfleet::Camera haisi;  // with a card
-    camsimfleet::Camera noCard; // Haisi without one
-    camsimfleet::Camera winbond;
+    QVector<camsimfleet::Camera> fleet; // Winbond, Haisi, Haisi without a card (CMakeLists.txt)
+    camsimfleet::Camera haisi;
 };
-
-void TestSdCliEndToEnd::initTestCase()
-{
-    QVector<camsimfleet::Camera> cameras;
-    CAMSIM_FLEET_OR_SKIP(cameras);
-    for (const camsimfleet::Camera &camera : qAsConst(cameras)) {
-        if (camera.family == "Winbond")
-            winbond = camera;
-        else
-            (camera.index == 2 ? noCard : haisi) = camera; // --camera 2:sd=none
-    }
-    QVERIFY(!winbond.ip.isEmpty() && !noCard.ip.isEmpty());
-    QVERIFY(haisi.password.size() >= 6); // long enough to be told apart in the output
-}
 
 void TestSdCliEndToEnd::status()
 {
@@ -73,7 +60,7 @@ void TestSdCliEndToEnd::status()
     QCOMPARE(text.exitCode, 0);
     QVERIFY2(text.out.contains("Status: Ready\nTotal:  15193.5MB (15558144 KB)\n"),
              qPrintable(text.out));
-    const CliRun json = sd(QStringList{"status"} + jsonIf(true));
+    const CliRun json = sd({"status", "--format", "json"});
     QCOMPARE(json.exitCode, 0);
     const QJsonObject status = QJsonDocument::fromJson(json.out.toUtf8()).object();
     QCOMPARE(status["status"].toString(), QString("Ready"));
@@ -95,7 +82,7 @@ void TestSdCliEndToEnd::list()
 {
     QFETCH(QString, path);
     QFETCH(bool, json);
-    const CliRun run = sd(QStringList{"ls", path} + jsonIf(json));
+    const CliRun run = sd(QStringList{"ls", path, "--format", json ? "json" : "text"});
     QCOMPARE(run.exitCode, 0);
     QStringList names;
     if (json) {
@@ -197,8 +184,8 @@ void TestSdCliEndToEnd::fails_data()
     QTest::newRow("wrong password") << haisi.ip << "not-the-password"
                                     << "Your username or password is not correct!";
     QTest::newRow("Winbond camera")
-        << winbond.ip << haisi.password << "VGA-Cameras do not support SD cards";
-    QTest::newRow("no card") << noCard.ip << haisi.password << "No SD card detected";
+        << fleet.at(0).ip << haisi.password << "VGA-Cameras do not support SD cards";
+    QTest::newRow("no card") << fleet.at(2).ip << haisi.password << "No SD card detected";
     QTest::newRow("nobody there") << "00:00:00:00:00:01" << haisi.password << "no camera answered";
 }
 
