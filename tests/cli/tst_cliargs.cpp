@@ -147,9 +147,7 @@ void tst_cliargs::exitStatus_data()
         "the state file is of a firmware upgrade, not of a webui upgrade");
     const QByteArray unknownState = R"({"targets": [{"mac": "02:56", "state": "done"}]})";
     const QMap<QByteArray, QString> damaged{
-        {"\x7f"
-         "ELF",
-         "not JSON"},
+        {"\177ELF", "not JSON"},
         {R"({"targets": [{"mac": "02:)", "not JSON"},
         {"[1, 2]", "no list of targets"},
         {R"({"targets": 3})", "no list of targets"},
