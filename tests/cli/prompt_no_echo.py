@@ -1,10 +1,7 @@
 #!/usr/bin/env python3
-"""prompt_no_echo.py VELTOR_CLI
-
-"veltor-cli sd status" on a pseudo-terminal with no other source of the
-password, against a simulated camera (under tests/netns/with-cameras.sh):
-the password typed at the prompt is used, never shown, and the terminal
-echoes again afterwards. Exit status 0 passed, 1 failed, 77 skipped.
+"""prompt_no_echo.py VELTOR_CLI: "veltor-cli sd status" on a pseudo-terminal with no other
+source of the password, under tests/netns/with-cameras.sh: the password typed at the prompt is
+used, never shown, and the terminal echoes again afterwards. Exit 0 passed, 1 failed, 77 skipped.
 """
 import json
 import os
