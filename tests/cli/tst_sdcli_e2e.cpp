@@ -22,14 +22,144 @@ private slots:
         QVERIFY(haisi.password.size() >= 6); // long enough to be told apart in the output
     }
     void init() { control("reset=1"); }
-    void status();
-    void list_data();
-    void list();
-    void get_data();
-    void get();
-    void fails_data();
-    void fails();
-    void format();
+    void status()
+    {
+        const CliRun text = sd({"status"}, true), json = sd({"status", "--format", "json"});
+        QCOMPARE(text.exitCode + json.exitCode, 0);
+        QVERIFY2(text.out.contains("Status: Ready\nTotal:  15193.5MB (15558144 KB)\n"),
+                 qPrintable(text.out));
+        const QJsonObject status = QJsonDocument::fromJson(json.out.toUtf8()).object();
+        QCOMPARE(status["status"].toString(), QString("Ready"));
+        QCOMPARE(status["totalKB"].toDouble(), 15558144.0);
+        QCOMPARE(status["usedKB"].toDouble() + status["freeKB"].toDouble(), 15558144.0);
+    }
+    void list_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<bool>("json");
+        QTest::newRow("card") << "/" << false;
+        QTest::newRow("day folder") << "20261123" << true;
+        QTest::newRow("pictures") << "20261123/images001" << false;
+        QTest::newRow("recordings") << "20261124/record001/" << true;
+    }
+    void list()
+    {
+        QFETCH(QString, path);
+        QFETCH(bool, json);
+        const CliRun run = sd(QStringList{"ls", path, "--format", json ? "json" : "text"});
+        QCOMPARE(run.exitCode, 0);
+        QStringList names;
+        if (json) {
+            for (const QJsonValue &row : QJsonDocument::fromJson(run.out.toUtf8()).array())
+                names << row["name"].toString();
+        } else {
+            for (const QString &line : run.out.split('\n', Qt::SkipEmptyParts))
+                names << line.section(' ', 0, 0);
+        }
+        // What the camera holds one level below `path`.
+        const QString prefix = path == "/" ? QString() : path.endsWith('/') ? path : path + '/';
+        QStringList expected;
+        for (const QJsonValue &file : control("")) {
+            const QString rest = file["path"].toString().mid(prefix.size());
+            const QString child = rest.left(rest.indexOf('/') + 1);
+            const QString name = child.isEmpty() ? rest : child;
+            if (file["path"].toString().startsWith(prefix) && !expected.contains(name))
+                expected << name;
+        }
+        QCOMPARE(names, expected);
+    }
+    void get_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("misbehave"); // query for the simulator
+        QTest::addColumn<QString>("fromCamera");
+        QTest::addColumn<QString>("local"); // where it lands below DEST
+        QTest::addColumn<QString>("lost");  // reported, absent, exit status 1
+        const auto row = [](const char *name, const QString &path, const QString &misbehave,
+                            const QString &fromCamera, const QString &local, const QString &lost) {
+            QTest::newRow(name) << path << misbehave << fromCamera << local << lost;
+        };
+        const QString picture = "20261123/images001/P26112310000101.jpg", day = "20261123/";
+        const QString recording = day + "record001/R20261123_100001_0001.264",
+                      lost = "20261124/images001/";
+        row("file", picture, "", picture, "P26112310000101.jpg", "");
+        row("sub-folder", "20261124/record001", "", "20261124/record001/", "record001/", "");
+        row("day folder", day, "", day, day, "");
+        row("card", "/", "", "", "", "");
+        row("cut recording", "20261123", "cut=" + recording, day, day, recording);
+        row("failing listing", "20261124", "fail=" + lost, "20261124/", "20261124/", lost);
+    }
+    void get()
+    {
+        QFETCH(QString, fromCamera);
+        QFETCH(QString, local);
+        QFETCH(QString, lost);
+        QFETCH(QString, misbehave);
+        QFETCH(QString, path);
+        control("reset=1&" + misbehave);
+        QTemporaryDir sandbox;
+        const QString dest = sandbox.filePath("dest");
+        const CliRun run = sd({"get", path, dest}, true);
+        QCOMPARE(run.exitCode, lost.isEmpty() ? 0 : 1);
+        QMap<QString, QByteArray> expected;
+        const QMap<QString, QByteArray> onCamera = camsimfleet::sdCardHashes(haisi, fromCamera);
+        for (auto it = onCamera.begin(); it != onCamera.end(); ++it) {
+            const QString name =
+                fromCamera.endsWith('/') || fromCamera.isEmpty() ? local + it.key() : local;
+            if (lost.isEmpty() || !QString(fromCamera + it.key()).startsWith(lost))
+                expected.insert(name, it.value());
+        }
+        QVERIFY(!expected.isEmpty());
+        QCOMPARE(testsupport::fileHashes(dest), expected);
+        QCOMPARE(run.out.count('\n'), expected.size()); // one line a file
+        if (!lost.isEmpty())
+            QVERIFY2(run.err.contains("not fetched: " + lost), qPrintable(run.err));
+        QCOMPARE(QDir(sandbox.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList{"dest"});
+    }
+    void fails_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("wrong password") << haisi.ip << "not-it"
+                                        << "username or password is not correct!";
+        QTest::newRow("Winbond") << fleet.at(0).ip << haisi.password << "do not support SD cards";
+        QTest::newRow("no card") << fleet.at(2).ip << haisi.password << "No SD card detected";
+        QTest::newRow("nobody there")
+            << "00:00:00:00:00:01" << haisi.password << "no camera answered";
+    }
+    void fails()
+    {
+        QFETCH(QString, target);
+        QFETCH(QString, password);
+        QFETCH(QString, message);
+        const QString never = QDir::temp().filePath("never-made");
+        for (const QStringList &action :
+             QList<QStringList>{{"status"}, {"ls"}, {"get", "20261123", never}, {"format"}}) {
+            const CliRun run =
+                sd(action + QStringList{"--yes", "--user", haisi.user, target}, password);
+            QCOMPARE(run.exitCode, 1);
+            QVERIFY2(run.err.contains(message), qPrintable(action.first() + ": " + run.err));
+        }
+        QVERIFY(!QFileInfo::exists(never));
+        QCOMPARE(control("").size(), 2 * (3 + 2)); // nothing formatted
+    }
+    void format()
+    {
+        QTemporaryDir dir;
+        QVERIFY(writeFile(dir.filePath("pw"), haisi.password.toUtf8() + "\r\nsecond line\n"));
+        // The file's first line, though the environment names another.
+        const CliRun run = sd({"format", "--yes", "--user", haisi.user, "--password-file",
+                               dir.filePath("pw"), haisi.mac},
+                              QStringLiteral("not-the-password"));
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.out, QString("Success!\n"));
+        QVERIFY(!run.err.contains(haisi.password));
+        QVERIFY(control("").isEmpty());
+        const CliRun empty = sd({"ls"});
+        QVERIFY(empty.exitCode == 0 && empty.out.isEmpty());
+    }
 
 private:
     CliRun sd(const QStringList &arguments, const QString &password)
@@ -49,151 +179,6 @@ private:
     QVector<camsimfleet::Camera> fleet; // Winbond, Haisi, Haisi without a card (CMakeLists.txt)
     camsimfleet::Camera haisi;
 };
-
-void TestSdCliEndToEnd::status()
-{
-    const CliRun text = sd({"status"}, true), json = sd({"status", "--format", "json"});
-    QCOMPARE(text.exitCode + json.exitCode, 0);
-    QVERIFY2(text.out.contains("Status: Ready\nTotal:  15193.5MB (15558144 KB)\n"),
-             qPrintable(text.out));
-    const QJsonObject status = QJsonDocument::fromJson(json.out.toUtf8()).object();
-    QCOMPARE(status["status"].toString(), QString("Ready"));
-    QCOMPARE(status["totalKB"].toDouble(), 15558144.0);
-    QCOMPARE(status["usedKB"].toDouble() + status["freeKB"].toDouble(), 15558144.0);
-}
-
-void TestSdCliEndToEnd::list_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("json");
-    QTest::newRow("card") << "/" << false;
-    QTest::newRow("day folder") << "20261123" << true;
-    QTest::newRow("pictures") << "20261123/images001" << false;
-    QTest::newRow("recordings") << "20261124/record001/" << true;
-}
-
-void TestSdCliEndToEnd::list()
-{
-    QFETCH(QString, path);
-    QFETCH(bool, json);
-    const CliRun run = sd(QStringList{"ls", path, "--format", json ? "json" : "text"});
-    QCOMPARE(run.exitCode, 0);
-    QStringList names;
-    if (json) {
-        for (const QJsonValue &row : QJsonDocument::fromJson(run.out.toUtf8()).array())
-            names << row["name"].toString();
-    } else {
-        for (const QString &line : run.out.split('\n', Qt::SkipEmptyParts))
-            names << line.section(' ', 0, 0);
-    }
-    // What the camera holds one level below `path`.
-    const QString prefix = path == "/" ? QString() : path.endsWith('/') ? path : path + '/';
-    QStringList expected;
-    for (const QJsonValue &file : control("")) {
-        const QString rest = file["path"].toString().mid(prefix.size());
-        const QString child = rest.left(rest.indexOf('/') + 1);
-        const QString name = child.isEmpty() ? rest : child;
-        if (file["path"].toString().startsWith(prefix) && !expected.contains(name))
-            expected << name;
-    }
-    QCOMPARE(names, expected);
-}
-
-void TestSdCliEndToEnd::get_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("misbehave"); // query for the simulator
-    QTest::addColumn<QString>("fromCamera");
-    QTest::addColumn<QString>("local"); // where it lands below DEST
-    QTest::addColumn<QString>("lost");  // reported, absent, exit status 1
-    const auto row = [](const char *name, const QString &path, const QString &misbehave,
-                        const QString &fromCamera, const QString &local, const QString &lost) {
-        QTest::newRow(name) << path << misbehave << fromCamera << local << lost;
-    };
-    const QString picture = "20261123/images001/P26112310000101.jpg", day = "20261123/";
-    const QString recording = day + "record001/R20261123_100001_0001.264",
-                  lost = "20261124/images001/";
-    row("file", picture, "", picture, "P26112310000101.jpg", "");
-    row("sub-folder", "20261124/record001", "", "20261124/record001/", "record001/", "");
-    row("day folder", day, "", day, day, "");
-    row("card", "/", "", "", "", "");
-    row("cut recording", "20261123", "cut=" + recording, day, day, recording);
-    row("failing listing", "20261124", "fail=" + lost, "20261124/", "20261124/", lost);
-}
-
-void TestSdCliEndToEnd::get()
-{
-    QFETCH(QString, fromCamera);
-    QFETCH(QString, local);
-    QFETCH(QString, lost);
-    QFETCH(QString, misbehave);
-    QFETCH(QString, path);
-    control("reset=1&" + misbehave);
-    QTemporaryDir sandbox;
-    const QString dest = sandbox.filePath("dest");
-    const CliRun run = sd({"get", path, dest}, true);
-    QCOMPARE(run.exitCode, lost.isEmpty() ? 0 : 1);
-    QMap<QString, QByteArray> expected;
-    const QMap<QString, QByteArray> onCamera = camsimfleet::sdCardHashes(haisi, fromCamera);
-    for (auto it = onCamera.begin(); it != onCamera.end(); ++it) {
-        const QString name =
-            fromCamera.endsWith('/') || fromCamera.isEmpty() ? local + it.key() : local;
-        if (lost.isEmpty() || !QString(fromCamera + it.key()).startsWith(lost))
-            expected.insert(name, it.value());
-    }
-    QVERIFY(!expected.isEmpty());
-    QCOMPARE(testsupport::fileHashes(dest), expected);
-    QCOMPARE(run.out.count('\n'), expected.size()); // one line a file
-    if (!lost.isEmpty())
-        QVERIFY2(run.err.contains("not fetched: " + lost), qPrintable(run.err));
-    QCOMPARE(QDir(sandbox.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-             QStringList{"dest"});
-}
-
-void TestSdCliEndToEnd::fails_data()
-{
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("wrong password") << haisi.ip << "not-it"
-                                    << "username or password is not correct!";
-    QTest::newRow("Winbond") << fleet.at(0).ip << haisi.password << "do not support SD cards";
-    QTest::newRow("no card") << fleet.at(2).ip << haisi.password << "No SD card detected";
-    QTest::newRow("nobody there") << "00:00:00:00:00:01" << haisi.password << "no camera answered";
-}
-
-void TestSdCliEndToEnd::fails()
-{
-    QFETCH(QString, target);
-    QFETCH(QString, password);
-    QFETCH(QString, message);
-    const QString never = QDir::temp().filePath("never-made");
-    for (const QStringList &action :
-         QList<QStringList>{{"status"}, {"ls"}, {"get", "20261123", never}, {"format"}}) {
-        const CliRun run =
-            sd(action + QStringList{"--yes", "--user", haisi.user, target}, password);
-        QCOMPARE(run.exitCode, 1);
-        QVERIFY2(run.err.contains(message), qPrintable(action.first() + ": " + run.err));
-    }
-    QVERIFY(!QFileInfo::exists(never));
-    QCOMPARE(control("").size(), 2 * (3 + 2)); // nothing formatted
-}
-
-void TestSdCliEndToEnd::format()
-{
-    QTemporaryDir dir;
-    QVERIFY(writeFile(dir.filePath("pw"), haisi.password.toUtf8() + "\r\nsecond line\n"));
-    // The file's first line, though the environment names another.
-    const CliRun run = sd(
-        {"format", "--yes", "--user", haisi.user, "--password-file", dir.filePath("pw"), haisi.mac},
-        QStringLiteral("not-the-password"));
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, QString("Success!\n"));
-    QVERIFY(!run.err.contains(haisi.password));
-    QVERIFY(control("").isEmpty());
-    const CliRun empty = sd({"ls"});
-    QVERIFY(empty.exitCode == 0 && empty.out.isEmpty());
-}
 
 QTEST_GUILESS_MAIN(TestSdCliEndToEnd)
 #include "tst_sdcli_e2e.moc"

@@ -3,6 +3,7 @@
 #include "camsimfleet.h"
 #include "clirun.h"
 
+#include <QCryptographicHash>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -47,82 +48,82 @@ private slots:
         CAMSIM_FLEET_OR_SKIP(fleet);
         QCOMPARE(fleet.size(), 20);
     }
-    void twentyCamerasFourAtOnce();
-    void interruptedRunResumes();
+    void twentyCamerasFourAtOnce()
+    {
+        // Named half by MAC (bare, lower case), half by address, as a user would mix them.
+        QStringList targets;
+        for (const camsimfleet::Camera &camera : qAsConst(fleet))
+            targets << (camera.index % 2 ? camera.ip : QString(camera.mac).remove(":").toLower());
+        const QString state = dir.filePath("all.json");
+        const CliRun run =
+            runCli(upgrade("--firmware", kFirmware, 600001) +
+                       QStringList{"--parallel", "4", "--state-file", state} + targets,
+                   fleet.first().password, 180000);
+        QVERIFY2(run.exitCode == 0, qPrintable(run.out + run.err));
+        QVERIFY2(run.out.contains("\n20 verified\n"), qPrintable(run.out));
+        for (const camsimfleet::Camera &camera : qAsConst(fleet)) {
+            const QString path = camera.family == "Winbond" ? "/upgrade_firmware.cgi"
+                                                            : "/web/cgi-bin/hi3510/upgrade.cgi";
+            QCOMPARE(uploadedHashes(camera, path), QStringList{hash});
+            QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["firmwareVersion"].toString(),
+                     kFirmware);
+        }
+        QCOMPARE(statesIn(state).keys("verified").size(), 20);
+        QVERIFY(!readFile(state).contains(fleet.first().password.toUtf8()));
+    }
+    // Killed once the first camera is verified, while the others (longer
+    // restarts) are not; the rerun takes up only those, and they end verified too.
+    void interruptedRunResumes()
+    {
+        const QString state = dir.filePath("winbond.json");
+        const QStringList options = upgrade("--webui", kWeb, 1 << 20);
+        QProcess first;
+        qputenv("VELTOR_PASSWORD", fleet.first().password.toUtf8());
+        first.start(QStringLiteral(VELTOR_CLI),
+                    options + QStringList{"--all-family", "winbond", "--parallel", "1",
+                                          "--state-file", state});
+        QTRY_VERIFY_WITH_TIMEOUT(statesIn(state).values().contains("verified"), 60000);
+        first.kill();
+        QVERIFY(first.waitForFinished(5000));
+        QCOMPARE(statesIn(state).size(), 10);
+        const QStringList verifiedFirst = statesIn(state).keys("verified");
+        QVERIFY2(verifiedFirst.size() < 10, "every camera was done before the interruption");
+
+        // The slowest cameras are still restarting: the rerun searches until they answer.
+        const CliRun rerun =
+            runCli(options + QStringList{"--only-failed", state, "--search-time", "30"},
+                   fleet.first().password, 180000);
+        QVERIFY2(rerun.exitCode == 0, qPrintable(rerun.out + rerun.err));
+        QVERIFY2(rerun.out.contains("\n10 verified\n"), qPrintable(rerun.out));
+        for (const camsimfleet::Camera &camera : fleet.mid(0, 10)) { // the Winbond ones
+            const QStringList uploads = uploadedHashes(camera, "/upgrade_htmls.cgi");
+            QCOMPARE(uploads.value(uploads.size() - 1), hash);
+            QVERIFY(uploads.size() == 1 || !verifiedFirst.contains(camera.mac)); // not sent again
+            QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["webVersion"].toString(),
+                     kWeb);
+            QCOMPARE(statesIn(state).value(camera.mac), QStringLiteral("verified"));
+        }
+    }
 
 private:
-    // The options to upload `size` random bytes, kept in `content`.
+    // The options to upload `size` random bytes, their SHA-256 kept in `hash`.
     QStringList upgrade(const QString &kind, const QString &version, int size)
     {
-        content.resize(size);
+        QByteArray content(size, 0);
         for (char &byte : content)
             byte = char(QRandomGenerator::global()->generate());
-        const QString file = dir.filePath(kind.mid(2) + " 1.bin");
+        hash = QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex();
+        const QString file = dir.filePath(kind.mid(2) + " 1.bin"); // a space, as names have
         writeFile(file, content);
-        return QStringList{
-            "upgrade",          kind,    "--file",           file, "--user", fleet.first().user,
-            "--expect-version", version, "--reboot-timeout", "60"};
+        return QStringList{"upgrade", kind, "--file", file} +
+               QString("--user %1 --expect-version %2 --reboot-timeout 60")
+                   .arg(fleet.first().user, version)
+                   .split(' ');
     }
     QVector<camsimfleet::Camera> fleet;
     QTemporaryDir dir;
-    QByteArray content;
+    QString hash; // of the file last written
 };
-
-void tst_UpgradeE2e::twentyCamerasFourAtOnce()
-{
-    // Named half by MAC (bare, lower case), half by address, as a user would mix them.
-    QStringList targets;
-    for (const camsimfleet::Camera &camera : qAsConst(fleet))
-        targets << (camera.index % 2 ? camera.ip : QString(camera.mac).remove(":").toLower());
-    const QString state = dir.filePath("all.json");
-    const CliRun run = runCli(upgrade("--firmware", kFirmware, 600001) +
-                                  QStringList{"--parallel", "4", "--state-file", state} + targets,
-                              fleet.first().password, 180000);
-    QVERIFY2(run.exitCode == 0, qPrintable(run.out + run.err));
-    QVERIFY2(run.out.contains("\n20 verified\n"), qPrintable(run.out));
-    for (const camsimfleet::Camera &camera : qAsConst(fleet)) {
-        const QString path = camera.family == "Winbond" ? "/upgrade_firmware.cgi"
-                                                        : "/web/cgi-bin/hi3510/upgrade.cgi";
-        QCOMPARE(uploadedHashes(camera, path), QStringList{sha256Hex(content)});
-        QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["firmwareVersion"].toString(),
-                 kFirmware);
-    }
-    QCOMPARE(statesIn(state).keys("verified").size(), 20);
-    QVERIFY(!readFile(state).contains(fleet.first().password.toUtf8()));
-}
-
-// Killed once the first camera is verified, while the others (longer
-// restarts) are not; the rerun takes up only those, and they end verified too.
-void tst_UpgradeE2e::interruptedRunResumes()
-{
-    const QString state = dir.filePath("winbond.json");
-    const QStringList options = upgrade("--webui", kWeb, 1 << 20);
-    QProcess first;
-    qputenv("VELTOR_PASSWORD", fleet.first().password.toUtf8());
-    first.start(
-        QStringLiteral(VELTOR_CLI),
-        options + QStringList{"--all-family", "winbond", "--parallel", "1", "--state-file", state});
-    QTRY_VERIFY_WITH_TIMEOUT(statesIn(state).values().contains("verified"), 60000);
-    first.kill();
-    QVERIFY(first.waitForFinished(5000));
-    QCOMPARE(statesIn(state).size(), 10);
-    const QStringList verifiedFirst = statesIn(state).keys("verified");
-    QVERIFY2(verifiedFirst.size() < 10, "every camera was done before the interruption");
-
-    // The slowest cameras are still restarting: the rerun searches until they answer.
-    const CliRun rerun =
-        runCli(options + QStringList{"--only-failed", state, "--search-time", "30"},
-               fleet.first().password, 180000);
-    QVERIFY2(rerun.exitCode == 0, qPrintable(rerun.out + rerun.err));
-    QVERIFY2(rerun.out.contains("\n10 verified\n"), qPrintable(rerun.out));
-    for (const camsimfleet::Camera &camera : fleet.mid(0, 10)) { // the Winbond ones
-        const QStringList uploads = uploadedHashes(camera, "/upgrade_htmls.cgi");
-        QCOMPARE(uploads.value(uploads.size() - 1), sha256Hex(content));
-        QVERIFY(uploads.size() == 1 || !verifiedFirst.contains(camera.mac)); // not sent again
-        QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["webVersion"].toString(), kWeb);
-        QCOMPARE(statesIn(state).value(camera.mac), QStringLiteral("verified"));
-    }
-}
 
 QTEST_GUILESS_MAIN(tst_UpgradeE2e)
 #include "tst_upgrade_e2e.moc"
