@@ -142,8 +142,7 @@ private slots:
         QVERIFY2(code == Success || out.isEmpty(), qPrintable(out));
         QVERIFY(!err.contains("secret"));
     }
-    // What a rerun with --only-failed takes on, from the earlier state of each
-    // target and what the search shows now. Camera 1 reports the new version.
+    // What a rerun takes on, by each target's earlier state and what the search shows now.
     void resumePlan_data()
     {
         QTest::addColumn<TargetState>("earlier");

@@ -18,7 +18,6 @@ CliRun discover(const QStringList &options)
     return runCli(QString("discover --rounds 2 --wait 600 --format json").split(' ') + options);
 }
 
-// The cameras of the JSON output by MAC.
 QMap<QString, QJsonObject> camerasByMac(const QString &json)
 {
     QMap<QString, QJsonObject> cameras;
@@ -84,8 +83,7 @@ private slots:
         for (const QString &tool : {kNetworkA, kNetworkB, QString("127.0.0.1")})
             QTest::newRow(qPrintable(tool)) << tool;
     }
-    // Only that network's cameras answer, and the one answering the searcher;
-    // the camera on a third subnet lives on network A's link.
+    // That network's cameras and the one answering the searcher (the third subnet is on A's link).
     void oneInterface()
     {
         QFETCH(QString, tool);

@@ -19,15 +19,12 @@ private slots:
         CAMSIM_FLEET_OR_SKIP(fleet);
         QCOMPARE(fleet.size(), 3);
         haisi = fleet.at(1);
-        QVERIFY(haisi.password.size() >= 6); // long enough to be told apart in the output
     }
     void init() { control("reset=1"); }
     void status()
     {
-        const CliRun text = sd({"status"}, true), json = sd({"status", "--format", "json"});
-        QCOMPARE(text.exitCode + json.exitCode, 0);
-        QVERIFY2(text.out.contains("Status: Ready\nTotal:  15193.5MB (15558144 KB)\n"),
-                 qPrintable(text.out));
+        const CliRun json = sd({"status", "--format", "json"}, true); // text: prompt_no_echo.py
+        QCOMPARE(json.exitCode, 0);
         const QJsonObject status = QJsonDocument::fromJson(json.out.toUtf8()).object();
         QCOMPARE(status["status"].toString(), QString("Ready"));
         QCOMPARE(status["totalKB"].toDouble(), 15558144.0);
@@ -49,20 +46,15 @@ private slots:
         const CliRun run = sd(QStringList{"ls", path, "--format", json ? "json" : "text"});
         QCOMPARE(run.exitCode, 0);
         QStringList names;
-        if (json) {
-            for (const QJsonValue &row : QJsonDocument::fromJson(run.out.toUtf8()).array())
-                names << row["name"].toString();
-        } else {
-            for (const QString &line : run.out.split('\n', Qt::SkipEmptyParts))
-                names << line.section(' ', 0, 0);
-        }
-        // What the camera holds one level below `path`.
+        for (const QJsonValue &row : QJsonDocument::fromJson(run.out.toUtf8()).array())
+            names << row["name"].toString();
+        for (const QString &line : json ? QStringList() : run.out.split('\n', Qt::SkipEmptyParts))
+            names << line.section(' ', 0, 0);
         const QString prefix = path == "/" ? QString() : path.endsWith('/') ? path : path + '/';
         QStringList expected;
         for (const QJsonValue &file : control("")) {
             const QString rest = file["path"].toString().mid(prefix.size());
-            const QString child = rest.left(rest.indexOf('/') + 1);
-            const QString name = child.isEmpty() ? rest : child;
+            const QString name = rest.contains('/') ? rest.section('/', 0, 0) + '/' : rest;
             if (file["path"].toString().startsWith(prefix) && !expected.contains(name))
                 expected << name;
         }
@@ -80,8 +72,8 @@ private slots:
             QTest::newRow(name) << path << misbehave << fromCamera << local << lost;
         };
         const QString picture = "20261123/images001/P26112310000101.jpg", day = "20261123/";
-        const QString recording = day + "record001/R20261123_100001_0001.264",
-                      lost = "20261124/images001/";
+        const QString recording = day + "record001/R20261123_100001_0001.264";
+        const QString lost = "20261124/images001/";
         row("file", picture, "", picture, "P26112310000101.jpg", "");
         row("sub-folder", "20261124/record001", "", "20261124/record001/", "record001/", "");
         row("day folder", day, "", day, day, "");
@@ -123,11 +115,10 @@ private slots:
         QTest::addColumn<QString>("password");
         QTest::addColumn<QString>("message");
         QTest::newRow("wrong password") << haisi.ip << "not-it"
-                                        << "username or password is not correct!";
+                                        << "password is not correct!";
         QTest::newRow("Winbond") << fleet.at(0).ip << haisi.password << "do not support SD cards";
         QTest::newRow("no card") << fleet.at(2).ip << haisi.password << "No SD card detected";
-        QTest::newRow("nobody there")
-            << "00:00:00:00:00:01" << haisi.password << "no camera answered";
+        QTest::newRow("nobody there") << "000000000001" << haisi.password << "no camera answered";
     }
     void fails()
     {
@@ -166,7 +157,6 @@ private:
     {
         return runCli(QStringList{"sd"} + arguments + QStringList{"--wait", "300"}, password);
     }
-    // The camera with a card, by address or MAC (in a form it does not use itself).
     CliRun sd(const QStringList &arguments, bool byMac = false)
     {
         return sd(arguments + QStringList{"--user", haisi.user,

@@ -27,7 +27,6 @@ QStringList uploadedHashes(const camsimfleet::Camera &camera, const QString &pat
     return hashes;
 }
 
-// MAC to state, as the state file says.
 QHash<QString, QString> statesIn(const QString &path)
 {
     QHash<QString, QString> states;
@@ -71,8 +70,7 @@ private slots:
         QCOMPARE(statesIn(state).keys("verified").size(), 20);
         QVERIFY(!readFile(state).contains(fleet.first().password.toUtf8()));
     }
-    // Killed once the first camera is verified, while the others (longer
-    // restarts) are not; the rerun takes up only those, and they end verified too.
+    // Killed once the first camera is verified; the rerun takes up only the others.
     void interruptedRunResumes()
     {
         const QString state = dir.filePath("winbond.json");
