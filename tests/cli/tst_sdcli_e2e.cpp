@@ -1,5 +1,4 @@
-// veltor-cli sd against simulated cameras: what it lists and fetches is
-// compared with what the camera serves (by SHA-256).
+// veltor-cli sd on simulated cameras; fetched files compared by SHA-256 with what they serve.
 #include "camsimfleet.h"
 #include "clirun.h"
 #include "filehashes.h"
@@ -97,33 +96,34 @@ private slots:
         QVERIFY(!QFileInfo::exists(never));
         QCOMPARE(control("").size(), 2 * (3 + 2)); // nothing formatted
     }
-    // The card as the simulator lays it out (tests/camsim): two days, each with two folders.
+    // Listings as the simulator lays the card out (tests/camsim).
     void statusListFormat()
     {
-        const CliRun json = sd({"status", "--format", "json"}, true); // text: prompt_no_echo.py
-        QCOMPARE(json.exitCode, 0);
-        const QJsonObject status = QJsonDocument::fromJson(json.out.toUtf8()).object();
+        const CliRun run = sd({"status", "--format", "json"}, true); // text: prompt_no_echo.py
+        QCOMPARE(run.exitCode, 0);
+        const QJsonObject status = QJsonDocument::fromJson(run.out.toUtf8()).object();
         QCOMPARE(status["status"].toString(), QString("Ready"));
         QCOMPARE(status["totalKB"].toDouble(), 15558144.0);
         QCOMPARE(status["usedKB"].toDouble() + status["freeKB"].toDouble(), 15558144.0);
-        const CliRun text = sd({"ls", "/"}), day = sd({"ls", "20261124/", "--format", "json"});
-        QCOMPARE(text.out.split('\n', Qt::SkipEmptyParts)
-                     .replaceInStrings(QRegularExpression(" .*"), ""),
-                 (QStringList{"20261123/", "20261124/"}));
-        QCOMPARE(QJsonDocument::fromJson(day.out.toUtf8()).array().at(1)["name"].toString(),
-                 QString("record001/"));
+        const CliRun text = sd({"ls", "20261123/images001"}),
+                     json = sd({"ls", "20261124/record001/", "--format", "json"});
+        QCOMPARE(
+            text.out.split('\n', Qt::SkipEmptyParts)
+                .replaceInStrings(QRegularExpression(" .*"), ""),
+            (QStringList{"P26112310000000.jpg", "P26112310000101.jpg", "P26112310000202.jpg"}));
+        QCOMPARE(QJsonDocument::fromJson(json.out.toUtf8()).array().at(1)["name"].toString(),
+                 QString("R20261124_100001_0001.264"));
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("pw"), haisi.password.toUtf8() + "\r\nsecond line\n"));
         // The file's first line, though the environment names another.
-        const CliRun run = sd({"format", "--yes", "--user", haisi.user, "--password-file",
-                               dir.filePath("pw"), haisi.mac},
-                              QStringLiteral("not-the-password"));
-        QCOMPARE(run.exitCode, 0);
-        QCOMPARE(run.out, QString("Success!\n"));
-        QVERIFY(!run.err.contains(haisi.password));
-        QVERIFY(control("").isEmpty());
+        const CliRun format = sd({"format", "--yes", "--user", haisi.user, "--password-file",
+                                  dir.filePath("pw"), haisi.mac},
+                                 QStringLiteral("not-the-password"));
+        QCOMPARE(format.exitCode, 0);
+        QCOMPARE(format.out, QString("Success!\n"));
+        QVERIFY(!format.err.contains(haisi.password));
         const CliRun empty = sd({"ls"});
-        QVERIFY(empty.exitCode == 0 && empty.out.isEmpty());
+        QVERIFY(control("").isEmpty() && empty.exitCode == 0 && empty.out.isEmpty());
     }
 
 private:

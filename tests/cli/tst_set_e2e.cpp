@@ -1,5 +1,4 @@
-// veltor-cli set against simulated cameras on the tool's /24; each row starts
-// where the last left the camera.
+// veltor-cli set on simulated cameras; each row starts where the last left the camera.
 #include "camsimfleet.h"
 #include "clirun.h"
 

@@ -1,5 +1,4 @@
-// veltor-cli upgrade against twenty simulated cameras; what arrived is judged
-// by each camera's own SHA-256 of the file it stored, never by the tool's word.
+// veltor-cli upgrade on twenty simulated cameras, judged by each one's SHA-256 of what it stored.
 #include "camsimfleet.h"
 #include "clirun.h"
 
@@ -11,9 +10,6 @@
 #include <QtTest>
 
 namespace {
-
-const QString kFirmware = QStringLiteral("2.2.0.1");
-const QString kWeb = QStringLiteral("1.1.0.0");
 
 // SHA-256 of each file the camera took at `path`, oldest first.
 QStringList uploadedHashes(const camsimfleet::Camera &camera, const QString &path)
@@ -55,7 +51,7 @@ private slots:
             targets << (camera.index % 2 ? camera.ip : QString(camera.mac).remove(":").toLower());
         const QString state = dir.filePath("all.json");
         const CliRun run =
-            runCli(upgrade("--firmware", kFirmware, 600001) +
+            runCli(upgrade("--firmware", "2.2.0.1", 600001) +
                        QStringList{"--parallel", "4", "--state-file", state} + targets,
                    fleet.first().password, 180000);
         QVERIFY2(run.exitCode == 0, qPrintable(run.out + run.err));
@@ -65,7 +61,7 @@ private slots:
                                                             : "/web/cgi-bin/hi3510/upgrade.cgi";
             QCOMPARE(uploadedHashes(camera, path), QStringList{hash});
             QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["firmwareVersion"].toString(),
-                     kFirmware);
+                     QString("2.2.0.1"));
         }
         QCOMPARE(statesIn(state).keys("verified").size(), 20);
         QVERIFY(!readFile(state).contains(fleet.first().password.toUtf8()));
@@ -74,7 +70,7 @@ private slots:
     void interruptedRunResumes()
     {
         const QString state = dir.filePath("winbond.json");
-        const QStringList options = upgrade("--webui", kWeb, 1 << 20);
+        const QStringList options = upgrade("--webui", "1.1.0.0", 1 << 20);
         QProcess first;
         qputenv("VELTOR_PASSWORD", fleet.first().password.toUtf8());
         first.start(QStringLiteral(VELTOR_CLI),
@@ -98,7 +94,7 @@ private slots:
             QCOMPARE(uploads.value(uploads.size() - 1), hash);
             QVERIFY(uploads.size() == 1 || !verifiedFirst.contains(camera.mac)); // not sent again
             QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status")["webVersion"].toString(),
-                     kWeb);
+                     QString("1.1.0.0"));
             QCOMPARE(statesIn(state).value(camera.mac), QStringLiteral("verified"));
         }
     }
