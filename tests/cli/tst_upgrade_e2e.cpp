@@ -43,7 +43,7 @@ private slots:
         CAMSIM_FLEET_OR_SKIP(fleet);
         QCOMPARE(fleet.size(), 20);
     }
-    void twentyCamerasFourAtOnce()
+    void twentyCamerasMixedNames()
     {
         // Named half by MAC (bare, lower case), half by address, as a user would mix them.
         QStringList targets;
