@@ -3,14 +3,27 @@
 // the fleet file, never against the tool's own parsers.
 #include "app/mainwindow.h"
 #include "camsimfleet.h"
+#include "discovery/protocolconstants.h"
+#include "discovery/searchmessages.h"
 
 #include <QDesktopServices>
+#include <QProgressBar>
 #include <QTableWidget>
+#include <QUdpSocket>
 #include <QtTest>
 
 namespace {
 
-const int kColumns = 10;
+int countDatagrams(QUdpSocket *socket, const QByteArray &wanted)
+{
+    int count = 0;
+    while (socket->hasPendingDatagrams()) {
+        QByteArray datagram(int(socket->pendingDatagramSize()), Qt::Uninitialized);
+        socket->readDatagram(datagram.data(), datagram.size());
+        count += datagram == wanted;
+    }
+    return count;
+}
 
 QStringList expectedRow(const camsimfleet::Camera &camera)
 {
@@ -20,35 +33,16 @@ QStringList expectedRow(const camsimfleet::Camera &camera)
     if (name.isEmpty())
         name = winbond ? QStringLiteral("VELTOR VGA Series") : QStringLiteral("Unnamed");
     const int port = winbond ? camera.httpPort & 0xFF : camera.httpPort;
-    return {name,
-            camera.ip,
-            QString::number(port),
-            camera.mac,
-            camera.dhcp ? QStringLiteral("on") : QStringLiteral("off"),
-            camera.mask,
-            camera.gateway,
-            camera.dns,
-            camera.firmwareVersion,
-            camera.webVersion};
+    return QStringList{name, camera.ip, QString::number(port), camera.mac}
+           << (camera.dhcp ? "on" : "off") << camera.mask << camera.gateway << camera.dns
+           << camera.firmwareVersion << camera.webVersion;
 }
 
 // The ordering key: the four parts joined without padding, read as a signed
 // 32-bit number, 0 when it does not fit.
-qint64 orderKey(const QString &ip)
+int orderKey(const QStringList &row)
 {
-    bool ok = false;
-    const int key = QString(ip).remove('.').toInt(&ok);
-    return ok ? key : 0;
-}
-
-QStringList rowOf(const QTableWidget *table, int row)
-{
-    QStringList cells;
-    for (int column = 0; column < kColumns; ++column) {
-        const QTableWidgetItem *item = table->item(row, column);
-        cells << (item ? item->text() : QString());
-    }
-    return cells;
+    return QString(row.at(1)).remove('.').toInt();
 }
 
 } // namespace
@@ -78,11 +72,11 @@ private slots:
 
 private:
     QList<QStringList> expectedRows() const;
+    QTableWidget *table(int n) const;
     void checkTables();
 
     QVector<camsimfleet::Camera> fleet;
     MainWindow *window = nullptr;
-    QList<QTableWidget *> tables;
     UrlCatcher catcher;
 };
 
@@ -91,9 +85,6 @@ void TestE2eDiscovery::initTestCase()
     CAMSIM_FLEET_OR_SKIP(fleet);
     window = new MainWindow;
     window->show();
-    for (int i = 1; i <= 4; ++i)
-        tables << window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(i));
-    QVERIFY(!tables.contains(nullptr));
     QDesktopServices::setUrlHandler("http", &catcher, "openUrl");
 }
 
@@ -114,18 +105,28 @@ QList<QStringList> TestE2eDiscovery::expectedRows() const
             rows << expectedRow(camera);
     }
     std::stable_sort(rows.begin(), rows.end(), [](const QStringList &a, const QStringList &b) {
-        return orderKey(a[1]) < orderKey(b[1]);
+        return orderKey(a) < orderKey(b);
     });
     return rows;
+}
+
+QTableWidget *TestE2eDiscovery::table(int n) const
+{
+    return window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(n));
 }
 
 void TestE2eDiscovery::checkTables()
 {
     const QList<QStringList> expected = expectedRows();
-    for (QTableWidget *table : qAsConst(tables)) {
+    for (int n = 1; n <= 4; ++n) {
+        const QTableWidget *table = this->table(n);
         QList<QStringList> listed;
-        for (int row = 0; row < table->rowCount(); ++row)
-            listed << rowOf(table, row);
+        for (int row = 0; row < table->rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < 10; ++column)
+                cells << (table->item(row, column) ? table->item(row, column)->text() : "");
+            listed << cells;
+        }
         QCOMPARE(listed, expected);
     }
 }
@@ -136,14 +137,33 @@ void TestE2eDiscovery::mixedFleetListedOnceInKeyOrder()
     checkTables();
 }
 
+// A second search started inside a running one (as a timer tick or a click
+// during its waits does) empties the tables again, and both searches send
+// their three rounds of both requests.
 void TestE2eDiscovery::nestedSearchLeavesConsistentTables()
 {
-    // A second search starts inside the first one's waits, as the automatic
-    // search's timer does.
-    QTimer::singleShot(1000, window,
-                       [this] { QMetaObject::invokeMethod(window, "on_searchButton_clicked"); });
+    QUdpSocket binaryProbe;
+    QUdpSocket hdsProbe;
+    const auto shared = QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint;
+    QVERIFY(binaryProbe.bind(QHostAddress::AnyIPv4, veltor::kBinarySearchPort, shared));
+    QVERIFY(hdsProbe.bind(QHostAddress::AnyIPv4, veltor::kHdsPort, shared));
+    QVERIFY(hdsProbe.joinMulticastGroup(QHostAddress(veltor::kHdsGroup)));
+    QProgressBar *progress = window->findChild<QProgressBar *>("progressBar");
+    int rowsAfterClear = -1;
+    int progressDuringSearch = 0;
+    QTimer::singleShot(500, window, [&] { progressDuringSearch = progress->value(); });
+    QTimer::singleShot(1000, window, [&] {
+        // Due at the nested search's first wait, before any camera can answer it.
+        QTimer::singleShot(0, window, [&] { rowsAfterClear = table(4)->rowCount(); });
+        QMetaObject::invokeMethod(window, "on_searchButton_clicked");
+    });
     QMetaObject::invokeMethod(window, "on_searchButton_clicked");
+    QCOMPARE(rowsAfterClear, 0);
+    QVERIFY(progressDuringSearch > 0);
+    QCOMPARE(progress->value(), 0);
     checkTables();
+    QCOMPARE(countDatagrams(&binaryProbe, veltor::binarySearchDatagram()), 6);
+    QCOMPARE(countDatagrams(&hdsProbe, veltor::hdsSearchRequest()), 6);
 }
 
 void TestE2eDiscovery::doubleClickOpensTheCamera_data()

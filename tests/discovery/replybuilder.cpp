@@ -1,5 +1,7 @@
 #include "replybuilder.h"
 
+#include <QStringList>
+
 namespace replybuilder {
 
 namespace {
@@ -27,6 +29,16 @@ QByteArray winbondReply(const WinbondFields &fields)
     reply[86] = char(fields.port);
     reply[87] = char(fields.dhcp);
     return reply;
+}
+
+QByteArray winbondAt(const QString &ip, const QByteArray &mac)
+{
+    WinbondFields fields;
+    fields.ip.clear();
+    for (const QString &part : ip.split(QLatin1Char('.')))
+        fields.ip << part.toInt();
+    fields.mac = mac;
+    return winbondReply(fields);
 }
 
 QByteArray hdsReply(const QList<QByteArray> &lines)

@@ -22,8 +22,11 @@ struct WinbondFields
     int dhcp = 0;
 };
 
-// The 88 bytes that carry every field, header bytes filled with a marker.
+// The 88 bytes that carry every field; bytes the tool does not read are zero.
 QByteArray winbondReply(const WinbondFields &fields = WinbondFields());
+
+// The default reply with another IP (dotted text) and MAC.
+QByteArray winbondAt(const QString &ip, const QByteArray &mac);
 
 // "HDS/1.0 200 OK" followed by the given lines, each ended by "\r\n".
 QByteArray hdsReply(const QList<QByteArray> &lines);

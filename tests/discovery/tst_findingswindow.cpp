@@ -46,7 +46,7 @@ private slots:
     void summary();
     void exportEqualsCli();
     void copySelectedRow();
-    void cleanupTestCase();
+    void cleanupTestCase() { delete window; }
 
 private:
     int rowOf(int cameraIndex) const;
@@ -68,11 +68,6 @@ void TestFindingsWindow::initTestCase()
     QTRY_COMPARE(deviceTable(*window, 1)->rowCount(), fleet.size());
 }
 
-void TestFindingsWindow::cleanupTestCase()
-{
-    delete window;
-}
-
 int TestFindingsWindow::rowOf(int cameraIndex) const
 {
     const QTableWidget *table = deviceTable(*window, 1);
@@ -87,16 +82,16 @@ void TestFindingsWindow::markers_data()
 {
     QTest::addColumn<int>("camera");
     QTest::addColumn<QString>("toolTip");
+    const QString conflict =
+        "Another camera claims 10.78.1.5 too: give one of them another address.";
     QTest::newRow("healthy Winbond") << 0 << QString();
     QTest::newRow("healthy Haisi") << 5 << QString();
-    const QString conflict =
-        QStringLiteral("Another camera claims 10.78.1.5 too: give one of them another address.");
     QTest::newRow("one IP, first") << 1 << conflict;
     QTest::newRow("one IP, second") << 4 << conflict;
     QTest::newRow("third subnet")
-        << 2 << QStringLiteral("On another subnet than 10.78.0.1/16: change its address first.");
+        << 2 << "On another subnet than 10.78.0.1/16: change its address first.";
     QTest::newRow("claims another address")
-        << 3 << QStringLiteral("The reply came from 10.78.1.4, not from the address it claims.");
+        << 3 << "The reply came from 10.78.1.4, not from the address it claims.";
 }
 
 // The name cell of the camera's row, in all four tables alike.
@@ -149,11 +144,10 @@ void TestFindingsWindow::copySelectedRow()
     window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(window));
     QTest::keyClick(window, Qt::Key_C, Qt::ControlModifier);
-    const camsimfleet::Camera &camera = fleet.at(2);
+    const camsimfleet::Camera &c = fleet.at(2);
     QCOMPARE(QGuiApplication::clipboard()->text(),
-             QStringList({camera.name, camera.ip, QString::number(camera.httpPort), camera.mac,
-                          "off", camera.mask, camera.gateway, camera.dns, camera.firmwareVersion,
-                          camera.webVersion})
+             QStringList({c.name, c.ip, QString::number(c.httpPort), c.mac, "off", c.mask,
+                          c.gateway, c.dns, c.firmwareVersion, c.webVersion})
                      .join('\t') +
                  '\n');
     // The picture in the README, from this very window.

@@ -1,3 +1,4 @@
+// What the fleet search makes of each reply, and the findings over the cameras.
 #include "discovery/fleetmerge.h"
 #include "discovery/heardcameras.h"
 #include "discovery/protocolconstants.h"
@@ -13,26 +14,10 @@ namespace {
 const QHostAddress kInterfaceA{QStringLiteral("192.168.1.1")};
 const QHostAddress kInterfaceB{QStringLiteral("10.0.0.1")};
 
-ReceivedReply winbond(const QByteArray &data, const QString &source = "192.168.1.20",
-                      const QHostAddress &interface = kInterfaceA)
+ReceivedReply received(quint16 port, const QByteArray &data, const QString &source = "192.168.1.20",
+                       const QHostAddress &interface = kInterfaceA)
 {
-    return {data, kBinarySearchPort, QHostAddress(source), interface};
-}
-
-ReceivedReply hds(const QByteArray &data, const QString &source = "192.168.1.20",
-                  const QHostAddress &interface = kInterfaceA)
-{
-    return {data, kHdsPort, QHostAddress(source), interface};
-}
-
-replybuilder::WinbondFields winbondAt(const QString &ip, const QByteArray &mac)
-{
-    replybuilder::WinbondFields fields;
-    fields.ip.clear();
-    for (const QString &part : ip.split(QLatin1Char('.')))
-        fields.ip << part.toInt();
-    fields.mac = mac;
-    return fields;
+    return {data, port, QHostAddress(source), interface};
 }
 
 QVector<SearchInterface> interfaces()
@@ -42,7 +27,7 @@ QVector<SearchInterface> interfaces()
 }
 
 SeenCamera seen(const QString &ip, const QString &mac, const QString &source,
-                const QStringList &receivedOn)
+                const QStringList &receivedOn = {})
 {
     SeenCamera camera;
     camera.record.ip = ip;
@@ -55,8 +40,6 @@ SeenCamera seen(const QString &ip, const QString &mac, const QString &source,
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(veltor::ReceivedReply)
 
 class TestFleetMerge : public QObject
 {
@@ -75,37 +58,43 @@ private slots:
 // Each row follows one Winbond camera (00:0A:1B:2C:3D:4E at 192.168.1.20).
 void TestFleetMerge::outcome_data()
 {
-    QTest::addColumn<ReceivedReply>("reply");
+    QTest::addColumn<int>("port");
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QString>("source");
     QTest::addColumn<int>("outcome");
-    const QByteArray full = replybuilder::winbondReply();
+    const int w = kBinarySearchPort, h = kHdsPort;
+    const QString at = "192.168.1.20";
+    const QByteArray otherHds = replybuilder::hdsCamera("192.168.1.30", "00:11:22:33:44:55");
     QTest::newRow("own binary search")
-        << winbond(binarySearchDatagram()) << int(FleetMerge::OwnSearch);
-    QTest::newRow("own HDS search") << hds(hdsSearchRequest()) << int(FleetMerge::OwnSearch);
-    QTest::newRow("binary search on the HDS port")
-        << hds(binarySearchDatagram()) << int(FleetMerge::Malformed);
-    QTest::newRow("27 bytes") << winbond(full.left(27)) << int(FleetMerge::Malformed);
+        << w << binarySearchDatagram() << at << +FleetMerge::OwnSearch;
+    QTest::newRow("own HDS search") << h << hdsSearchRequest() << at << +FleetMerge::OwnSearch;
+    QTest::newRow("binary search, HDS port")
+        << h << binarySearchDatagram() << at << +FleetMerge::Malformed;
+    QTest::newRow("27 bytes") << w << replybuilder::winbondReply().left(27) << at
+                              << +FleetMerge::Malformed;
     QTest::newRow("HDS, other status")
-        << hds(replybuilder::hdsCamera("192.168.1.30", "00:11:22:33:44:55")
-                   .replace("200 OK", "404 Not Found"))
-        << int(FleetMerge::Malformed);
-    QTest::newRow("the same reply again") << winbond(full) << int(FleetMerge::Duplicate);
+        << h << QByteArray(otherHds).replace("200 OK", "404 Not Found") << at
+        << +FleetMerge::Malformed;
+    QTest::newRow("the same reply again")
+        << w << replybuilder::winbondReply() << at << +FleetMerge::Duplicate;
     QTest::newRow("same MAC in HDS, lower case, from elsewhere")
-        << hds(replybuilder::hdsCamera("192.168.1.99", "00:0a:1b:2c:3d:4e"), "192.168.1.99")
-        << int(FleetMerge::Duplicate);
+        << h << replybuilder::hdsCamera("192.168.1.99", "00:0a:1b:2c:3d:4e") << "192.168.1.99"
+        << +FleetMerge::Duplicate;
     QTest::newRow("another MAC, same IP")
-        << winbond(replybuilder::winbondReply(winbondAt("192.168.1.20", "000A1B2C3D4F")))
-        << int(FleetMerge::NewCamera);
-    QTest::newRow("HDS camera") << hds(replybuilder::hdsCamera("192.168.1.30", "00:11:22:33:44:55"))
-                                << int(FleetMerge::NewCamera);
+        << w << replybuilder::winbondAt(at, "000A1B2C3D4F") << at << +FleetMerge::NewCamera;
+    QTest::newRow("HDS camera") << h << otherHds << at << +FleetMerge::NewCamera;
 }
 
 void TestFleetMerge::outcome()
 {
-    QFETCH(ReceivedReply, reply);
+    QFETCH(int, port);
+    QFETCH(QByteArray, reply);
+    QFETCH(QString, source);
     QFETCH(int, outcome);
     FleetMerge merge;
-    QCOMPARE(merge.add(winbond(replybuilder::winbondReply())), FleetMerge::NewCamera);
-    QCOMPARE(int(merge.add(reply)), outcome);
+    QCOMPARE(merge.add(received(kBinarySearchPort, replybuilder::winbondReply())),
+             FleetMerge::NewCamera);
+    QCOMPARE(int(merge.add(received(quint16(port), reply, source))), outcome);
     QCOMPARE(merge.cameras().size(), outcome == FleetMerge::NewCamera ? 2 : 1);
 }
 
@@ -113,9 +102,8 @@ void TestFleetMerge::cameraHeardOnTwoInterfaces()
 {
     FleetMerge merge;
     const QByteArray reply = replybuilder::hdsCamera("10.0.0.7", "00:11:22:33:44:55", "");
-    merge.add(hds(reply, "10.0.0.7", kInterfaceA));
-    merge.add(hds(reply, "10.0.0.7", kInterfaceB));
-    merge.add(hds(reply, "10.0.0.7", kInterfaceA));
+    for (const QHostAddress &interface : {kInterfaceA, kInterfaceB, kInterfaceA})
+        merge.add(received(kHdsPort, reply, "10.0.0.7", interface));
     const QVector<SeenCamera> cameras = merge.cameras();
     QCOMPARE(cameras.size(), 1);
     QCOMPARE(cameras[0].receivedOn, (QVector<QHostAddress>{kInterfaceA, kInterfaceB}));
@@ -129,8 +117,8 @@ void TestFleetMerge::windowOrder()
     FleetMerge merge;
     const QStringList ips{"192.168.1.99", "192.168.10.1", "200.200.200.200", "192.168.1.99"};
     for (int i = 0; i < ips.size(); ++i)
-        merge.add(winbond(
-            replybuilder::winbondReply(winbondAt(ips[i], "00000000000" + QByteArray::number(i)))));
+        merge.add(received(kBinarySearchPort,
+                           replybuilder::winbondAt(ips[i], "00000000000" + QByteArray::number(i))));
     QStringList order;
     for (const SeenCamera &camera : merge.cameras())
         order << camera.record.ip + '/' + camera.record.mac.right(1);
@@ -138,6 +126,7 @@ void TestFleetMerge::windowOrder()
                                  "192.168.1.99/0"}));
 }
 
+// One finding at a time, as the window shows them, is tst_findingswindow's.
 void TestFleetMerge::findings_data()
 {
     QTest::addColumn<QString>("ip");
@@ -148,7 +137,7 @@ void TestFleetMerge::findings_data()
     QTest::addColumn<QString>("interface");
     const QString a = kInterfaceA.toString();
     const QString b = kInterfaceB.toString();
-    // One finding at a time, as the window shows them, is tst_findingswindow's.
+    const QStringList both{"other-subnet", "source-differs"};
     QTest::newRow("reachable through the second interface")
         << "10.1.2.3"
         << "10.1.2.3" << QStringList{a, b} << "" << QStringList{} << b;
@@ -159,12 +148,10 @@ void TestFleetMerge::findings_data()
         << "192.168.1.20"
         << "192.168.1.20" << QStringList{a} << "00:0a:1b:2c:3d:4e" << QStringList{} << a;
     QTest::newRow("not an address") << "192.168.1.999"
-                                    << "192.168.1.20" << QStringList{a} << ""
-                                    << QStringList{"other-subnet", "source-differs"} << a;
+                                    << "192.168.1.20" << QStringList{a} << "" << both << a;
     QTest::newRow("no address, no conflict between two")
         << ""
-        << "192.168.1.20" << QStringList{a} << "00:0A:1B:2C:3D:99"
-        << QStringList{"other-subnet", "source-differs"} << a;
+        << "192.168.1.20" << QStringList{a} << "00:0A:1B:2C:3D:99" << both << a;
 }
 
 void TestFleetMerge::findings()
@@ -190,7 +177,6 @@ void TestFleetMerge::findings()
 void TestFleetMerge::reflagReportsChangedCamerasOnly()
 {
     HeardCameras heard;
-    const SearchInterface a = interfaces().first();
     const auto changed = [&](const SearchInterface &interface) {
         QStringList macs;
         for (const SeenCamera &camera : heard.reflag(interface))
@@ -198,12 +184,13 @@ void TestFleetMerge::reflagReportsChangedCamerasOnly()
         macs.sort();
         return macs;
     };
-    heard.add(seen("192.168.1.20", "m1", "192.168.1.20", {}));
-    heard.add(seen("172.16.0.5", "m2", "172.16.0.5", {}));
+    const SearchInterface a = interfaces().first();
+    heard.add(seen("192.168.1.20", "m1", "192.168.1.20"));
+    heard.add(seen("172.16.0.5", "m2", "172.16.0.5"));
     QCOMPARE(changed(a), QStringList{"m2"});
     QCOMPARE(changed(a), QStringList{});
-    heard.add(seen("192.168.1.20", "m3", "192.168.1.20", {}));
-    heard.add(seen("192.168.1.21", "m1", "192.168.1.21", {})); // a later reply changes nothing
+    heard.add(seen("192.168.1.20", "m3", "192.168.1.20"));
+    heard.add(seen("192.168.1.21", "m1", "192.168.1.21")); // a later reply changes nothing
     QCOMPARE(changed(a), (QStringList{"m1", "m3"}));
     // Another interface: every marked camera's tooltip names it.
     QCOMPARE(changed(interfaces().last()), (QStringList{"m1", "m2", "m3"}));

@@ -12,28 +12,23 @@ namespace camsimfleet {
 
 namespace {
 
+// The fleet file's keys are the field names.
 Camera fromJson(const QJsonObject &json)
 {
-    Camera camera;
-    camera.index = json.value("index").toInt();
-    camera.family = json.value("family").toString();
-    camera.name = json.value("name").toString();
-    camera.mac = json.value("mac").toString();
-    camera.ip = json.value("ip").toString();
-    camera.mask = json.value("mask").toString();
-    camera.gateway = json.value("gateway").toString();
-    camera.dns = json.value("dns").toString();
-    camera.httpPort = json.value("httpPort").toInt();
-    camera.dhcp = json.value("dhcp").toBool();
-    camera.firmwareVersion = json.value("firmwareVersion").toString();
-    camera.webVersion = json.value("webVersion").toString();
-    camera.deviceId = json.value("deviceId").toString();
-    camera.user = json.value("user").toString();
-    camera.password = json.value("password").toString();
-    camera.bothProtocols = json.value("bothProtocols").toBool();
-    camera.malformed = json.value("malformed").toBool();
-    camera.claimedIp = json.value("claimedIp").toString();
-    return camera;
+    Camera c;
+    c.index = json.value("index").toInt();
+    c.httpPort = json.value("httpPort").toInt();
+    c.dhcp = json.value("dhcp").toBool();
+    c.bothProtocols = json.value("bothProtocols").toBool();
+    c.malformed = json.value("malformed").toBool();
+#define TEXT(name) std::make_pair(#name, &c.name)
+    for (const auto &[key, field] :
+         {TEXT(family), TEXT(name), TEXT(mac), TEXT(ip), TEXT(mask), TEXT(gateway), TEXT(dns),
+          TEXT(firmwareVersion), TEXT(webVersion), TEXT(deviceId), TEXT(user), TEXT(password),
+          TEXT(claimedIp)})
+        *field = json.value(QLatin1String(key)).toString();
+#undef TEXT
+    return c;
 }
 
 } // namespace

@@ -1,39 +1,18 @@
 #!/bin/bash
 # with-cameras.sh [--two-networks] [veltor-camsim options] -- COMMAND [ARGS...]
 #
-# Runs COMMAND with simulated cameras on a network of its own: COMMAND in a
-# private network namespace (the tool's side), veltor-camsim in a child
-# namespace (the cameras' side), the two joined by a veth pair:
+# Runs COMMAND in a private network namespace (the tool's side) and
+# veltor-camsim in a child one (the cameras' side), joined by a veth pair:
+# tool v0 10.78.0.1/16, cameras v1 10.78.0.2/16 plus one address per camera
+# (--bind-each-ip is always passed). With --two-networks, two pairs: va0/va1
+# 10.79.0.1|2/16 and vb0/vb1 10.80.0.1|2/16; camera addresses in 10.80/16 live
+# on vb1, all others on va1, and the simulator hears searches on both links.
+# Broadcast, multicast and unicast cross the pair; nothing reaches the host.
 #
-#   tool side     v0  10.78.0.1/16, default route on v0
-#   camera side   v1  10.78.0.2/16 and one address per camera, default route on v1
-#
-# With --two-networks (first argument) the namespaces are joined by two pairs,
-# two networks the tool searches at once:
-#
-#   tool side     va0 10.79.0.1/16 (default route), vb0 10.80.0.1/16
-#   camera side   va1 10.79.0.2/16, vb1 10.80.0.2/16; a camera address in
-#                 10.80/16 lives on vb1, every other one on va1, so a camera
-#                 misconfigured onto a third subnet is still heard on va0
-#
-# and the simulator hears searches on both links (--every-link). Give it two
-# ranges, e.g. --base-ip 10.79.1.1 --base-ip 10.80.1.1.
-#
-# Broadcast, multicast and unicast all work across the pair, while nothing of
-# it reaches the host: with only "lo" in a namespace multicast sends and
-# broadcast replies fail, and on the host's own network the searches would
-# leave the machine and meet whatever else listens on 10000/8002.
-# Every camera gets an address of its own (--bind-each-ip is always passed),
-# so the tool's per-address state and each camera's web server behave as with
-# real cameras; a /16 holds a large fleet.
-#
-# COMMAND sees:
-#   VELTOR_CAMSIM_STATUS  JSON file describing the fleet ({"cameras": [...]})
-#   VELTOR_TOOL_IP        the tool side's (first) address, 10.78.0.1 or 10.79.0.1
-# Exit status: COMMAND's; 77 (ctest's skip code) with a message when network
-# namespaces cannot be made here; 2 for bad usage.
-#
-# The simulator is $VELTOR_CAMSIM, else build/camsim/veltor-camsim of this tree.
+# COMMAND sees VELTOR_CAMSIM_STATUS (the fleet as JSON) and VELTOR_TOOL_IP.
+# Exit status: COMMAND's; 77 (ctest's skip) when no namespace can be made
+# here; 2 for bad usage. The simulator is $VELTOR_CAMSIM, else this tree's
+# build/camsim/veltor-camsim.
 
 set -u
 readonly SKIP=77
