@@ -7,6 +7,7 @@
 #include "discovery/searchmessages.h"
 
 #include <QDesktopServices>
+#include <QNetworkDatagram>
 #include <QProgressBar>
 #include <QTableWidget>
 #include <QUdpSocket>
@@ -17,32 +18,27 @@ namespace {
 int countDatagrams(QUdpSocket *socket, const QByteArray &wanted)
 {
     int count = 0;
-    while (socket->hasPendingDatagrams()) {
-        QByteArray datagram(int(socket->pendingDatagramSize()), Qt::Uninitialized);
-        socket->readDatagram(datagram.data(), datagram.size());
-        count += datagram == wanted;
-    }
+    while (socket->hasPendingDatagrams())
+        count += socket->receiveDatagram().data() == wanted;
     return count;
 }
 
 QStringList expectedRow(const camsimfleet::Camera &camera)
 {
     const bool winbond = camera.family == QLatin1String("Winbond");
-    QString name =
-        winbond ? QString::fromLatin1(camera.name.toLatin1().left(22)).trimmed() : camera.name;
+    QString name = winbond ? QString(camera.name.toLatin1().left(22)).trimmed() : camera.name;
     if (name.isEmpty())
-        name = winbond ? QStringLiteral("VELTOR VGA Series") : QStringLiteral("Unnamed");
-    const int port = winbond ? camera.httpPort & 0xFF : camera.httpPort;
-    return QStringList{name, camera.ip, QString::number(port), camera.mac}
-           << (camera.dhcp ? "on" : "off") << camera.mask << camera.gateway << camera.dns
-           << camera.firmwareVersion << camera.webVersion;
-}
-
-// The ordering key: the four parts joined without padding, read as a signed
-// 32-bit number, 0 when it does not fit.
-int orderKey(const QStringList &row)
-{
-    return QString(row.at(1)).remove('.').toInt();
+        name = winbond ? "VELTOR VGA Series" : "Unnamed";
+    return QStringList{name,
+                       camera.ip,
+                       QString::number(camera.httpPort & (winbond ? 0xFF : -1)),
+                       camera.mac,
+                       camera.dhcp ? "on" : "off",
+                       camera.mask,
+                       camera.gateway,
+                       camera.dns,
+                       camera.firmwareVersion,
+                       camera.webVersion};
 }
 
 } // namespace
@@ -72,7 +68,10 @@ private slots:
 
 private:
     QList<QStringList> expectedRows() const;
-    QTableWidget *table(int n) const;
+    QTableWidget *table(int n) const
+    {
+        return window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(n));
+    }
     void checkTables();
 
     QVector<camsimfleet::Camera> fleet;
@@ -94,9 +93,9 @@ void TestE2eDiscovery::cleanupTestCase()
     delete window;
 }
 
-// Cameras with a malformed reply are not listed; one answering both protocols
-// once. Equal keys keep no particular order among themselves here: the fleet
-// has none.
+// Malformed replies are not listed, a camera answering both protocols once.
+// The ordering key is the address parts joined without padding, read as a
+// signed 32-bit number (0 when it does not fit); the fleet has no equal keys.
 QList<QStringList> TestE2eDiscovery::expectedRows() const
 {
     QList<QStringList> rows;
@@ -105,29 +104,22 @@ QList<QStringList> TestE2eDiscovery::expectedRows() const
             rows << expectedRow(camera);
     }
     std::stable_sort(rows.begin(), rows.end(), [](const QStringList &a, const QStringList &b) {
-        return orderKey(a) < orderKey(b);
+        return QString(a[1]).remove('.').toInt() < QString(b[1]).remove('.').toInt();
     });
     return rows;
 }
 
-QTableWidget *TestE2eDiscovery::table(int n) const
-{
-    return window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(n));
-}
-
 void TestE2eDiscovery::checkTables()
 {
-    const QList<QStringList> expected = expectedRows();
     for (int n = 1; n <= 4; ++n) {
-        const QTableWidget *table = this->table(n);
         QList<QStringList> listed;
-        for (int row = 0; row < table->rowCount(); ++row) {
+        for (int row = 0; row < table(n)->rowCount(); ++row) {
             QStringList cells;
             for (int column = 0; column < 10; ++column)
-                cells << (table->item(row, column) ? table->item(row, column)->text() : "");
+                cells << (table(n)->item(row, column) ? table(n)->item(row, column)->text() : "");
             listed << cells;
         }
-        QCOMPARE(listed, expected);
+        QCOMPARE(listed, expectedRows());
     }
 }
 
@@ -142,15 +134,13 @@ void TestE2eDiscovery::mixedFleetListedOnceInKeyOrder()
 // their three rounds of both requests.
 void TestE2eDiscovery::nestedSearchLeavesConsistentTables()
 {
-    QUdpSocket binaryProbe;
-    QUdpSocket hdsProbe;
+    QUdpSocket binaryProbe, hdsProbe;
     const auto shared = QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint;
     QVERIFY(binaryProbe.bind(QHostAddress::AnyIPv4, veltor::kBinarySearchPort, shared));
     QVERIFY(hdsProbe.bind(QHostAddress::AnyIPv4, veltor::kHdsPort, shared));
     QVERIFY(hdsProbe.joinMulticastGroup(QHostAddress(veltor::kHdsGroup)));
     QProgressBar *progress = window->findChild<QProgressBar *>("progressBar");
-    int rowsAfterClear = -1;
-    int progressDuringSearch = 0;
+    int rowsAfterClear = -1, progressDuringSearch = 0;
     QTimer::singleShot(500, window, [&] { progressDuringSearch = progress->value(); });
     QTimer::singleShot(1000, window, [&] {
         // Due at the nested search's first wait, before any camera can answer it.
@@ -185,11 +175,10 @@ void TestE2eDiscovery::doubleClickOpensTheCamera()
     const QStringList expected = expectedRows().value(row);
     QVERIFY(!expected.isEmpty());
     catcher.opened.clear();
-    const QByteArray slot = "mycellDoubleClicked" + QByteArray::number(table);
-    QVERIFY(
-        QMetaObject::invokeMethod(window, slot.constData(), Q_ARG(int, row), Q_ARG(int, column)));
-    QCOMPARE(catcher.opened,
-             QList<QUrl>{QUrl(QStringLiteral("http://%1:%2").arg(expected[1], expected[2]))});
+    QVERIFY(QMetaObject::invokeMethod(window,
+                                      QByteArray("mycellDoubleClicked" + QByteArray::number(table)),
+                                      Q_ARG(int, row), Q_ARG(int, column)));
+    QCOMPARE(catcher.opened, QList<QUrl>{QUrl("http://" + expected[1] + ':' + expected[2])});
 }
 
 QTEST_MAIN(TestE2eDiscovery)

@@ -4,28 +4,19 @@
 
 namespace replybuilder {
 
-namespace {
-
-void putBytes(QByteArray *reply, int offset, const QVector<int> &values)
-{
-    for (int i = 0; i < values.size(); ++i)
-        (*reply)[offset + i] = char(values.at(i));
-}
-
-} // namespace
-
 QByteArray winbondReply(const WinbondFields &fields)
 {
     QByteArray reply(88, '\0');
     reply.replace(0, 4, "MO_I");
     reply.replace(23, 12, fields.mac.leftJustified(12, '\0', true));
     reply.replace(35, 22, fields.name.leftJustified(22, '\0', true));
-    putBytes(&reply, 57, fields.ip);
-    putBytes(&reply, 61, fields.subnet);
-    putBytes(&reply, 65, fields.gateway);
-    putBytes(&reply, 69, fields.dns);
-    putBytes(&reply, 77, fields.firmware);
-    putBytes(&reply, 81, fields.webui);
+    for (const auto &[offset, values] :
+         {std::make_pair(57, &fields.ip), std::make_pair(61, &fields.subnet),
+          std::make_pair(65, &fields.gateway), std::make_pair(69, &fields.dns),
+          std::make_pair(77, &fields.firmware), std::make_pair(81, &fields.webui)}) {
+        for (int i = 0; i < values->size(); ++i)
+            reply[offset + i] = char(values->at(i));
+    }
     reply[86] = char(fields.port);
     reply[87] = char(fields.dhcp);
     return reply;

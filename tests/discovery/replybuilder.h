@@ -12,12 +12,8 @@ struct WinbondFields
 {
     QByteArray mac = "000A1B2C3D4E"; // twelve ASCII characters
     QByteArray name = "Cam1";        // zero-padded to 22 bytes
-    QVector<int> ip{192, 168, 1, 20};
-    QVector<int> subnet{255, 255, 255, 0};
-    QVector<int> gateway{192, 168, 1, 1};
-    QVector<int> dns{8, 8, 8, 8};
-    QVector<int> firmware{1, 2, 3, 4};
-    QVector<int> webui{5, 6, 7, 8};
+    QVector<int> ip{192, 168, 1, 20}, subnet{255, 255, 255, 0}, gateway{192, 168, 1, 1},
+        dns{8, 8, 8, 8}, firmware{1, 2, 3, 4}, webui{5, 6, 7, 8};
     int port = 80;
     int dhcp = 0;
 };

@@ -1,6 +1,6 @@
-// The search and the row highlight as the window does them.
-// Network cases send over loopback broadcast and multicast inside a private
-// network namespace (see in-private-netns.sh) and skip without one.
+// The search and the row highlight as the window does them. Network cases
+// send over loopback broadcast and multicast inside a private network
+// namespace (see in-private-netns.sh) and skip without one.
 #include "app/mainwindow.h"
 #include "discovery/fleetsearch.h"
 #include "discovery/protocolconstants.h"
@@ -16,37 +16,24 @@
 
 namespace {
 
-QTableWidget *deviceTable(const MainWindow &window, int n)
+QTableWidget *deviceTable(const MainWindow *window, int n)
 {
-    return window.findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(n));
+    return window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(n));
 }
 
-// Each row's cells joined by "|", or only the given column's.
-QStringList tableRows(const QTableWidget *table, int column = -1)
+QStringList tableRows(const QTableWidget *table)
 {
     QStringList rows;
     for (int row = 0; row < table->rowCount(); ++row) {
         QStringList cells;
-        for (int c = 0; c < table->columnCount(); ++c) {
-            const QTableWidgetItem *item = table->item(row, c);
-            if (column < 0 || c == column)
-                cells << (item ? item->text() : QStringLiteral("<no item>"));
-        }
+        for (int c = 0; c < table->columnCount(); ++c)
+            cells << (table->item(row, c) ? table->item(row, c)->text() : "<no item>");
         rows << cells.join('|');
     }
     return rows;
 }
 
-// "W <ip> <12 MAC characters>" (binary) or "H <ip> <MAC text>".
-QByteArray replyFor(const QString &description)
-{
-    const QStringList words = description.split(QLatin1Char(' '));
-    return words.at(0) == QLatin1String("H")
-               ? replybuilder::hdsCamera(words.at(1), words.at(2))
-               : replybuilder::winbondAt(words.at(1), words.at(2).toLatin1());
-}
-
-// Sends garbage to the binary search port as fast as it can until stopped.
+// Sends garbage (too short for a reply) to the binary search port until stopped.
 class Flooder : public QThread
 {
 public:
@@ -57,33 +44,16 @@ protected:
     void run() override
     {
         QUdpSocket socket;
-        const QByteArray noise(80, '\x5a'); // too short for a reply: malformed, every one
         while (!stop) {
-            if (socket.writeDatagram(noise.left(20 + sent % 60), QHostAddress::LocalHost,
-                                     veltor::kBinarySearchPort) > 0)
-                ++sent;
+            sent += socket.writeDatagram(QByteArray(20 + sent % 60, '\x5a'),
+                                         QHostAddress::LocalHost, veltor::kBinarySearchPort) > 0;
         }
     }
 };
 
-// Rows 0..4 are cameras; row 3 has no DHCP item, row 5 only empty texts.
-void fillTables(const MainWindow &window)
-{
-    for (int n = 1; n <= 4; ++n) {
-        QTableWidget *table = deviceTable(window, n);
-        table->setRowCount(6);
-        for (int row = 0; row < 6; ++row) {
-            for (int column = 0; column < table->columnCount(); ++column) {
-                if (row != 3 || column != 4)
-                    table->setItem(row, column, new QTableWidgetItem(row == 5 ? "" : "x"));
-            }
-        }
-    }
-}
-
 // "h" (highlight), "n" (normal) or "u" (unpainted) when all cells of the row
 // agree in all four tables, else "mixed".
-QString rowPaint(const MainWindow &window, int row)
+QString rowPaint(const MainWindow *window, int row)
 {
     QSet<QString> seen;
     for (int n = 1; n <= 4; ++n) {
@@ -123,8 +93,18 @@ private slots:
     void clicks();
 
 private:
-    void send(const QByteArray &reply);
-    void verifyTablesEqual();
+    void send(const QByteArray &reply)
+    {
+        if (reply.startsWith("MO_I"))
+            sender.writeDatagram(reply, QHostAddress::Broadcast, veltor::kBinarySearchPort);
+        else
+            sender.writeDatagram(reply, QHostAddress(veltor::kHdsGroup), veltor::kHdsPort);
+    }
+    void verifyTablesEqual()
+    {
+        for (int n = 2; n <= 4; ++n)
+            QCOMPARE(tableRows(deviceTable(window, n)), tableRows(deviceTable(window, 1)));
+    }
 
     MainWindow *window = nullptr;
     QUdpSocket sender;
@@ -143,35 +123,19 @@ void tst_SearchWindow::initTestCase()
         netnsProblem = "not in a private network namespace (run through in-private-netns.sh)";
 }
 
-void tst_SearchWindow::send(const QByteArray &reply)
-{
-    if (reply.startsWith("MO_I"))
-        sender.writeDatagram(reply, QHostAddress::Broadcast, veltor::kBinarySearchPort);
-    else
-        sender.writeDatagram(reply, QHostAddress(veltor::kHdsGroup), veltor::kHdsPort);
-}
-
-void tst_SearchWindow::verifyTablesEqual()
-{
-    const QStringList search = tableRows(deviceTable(*window, 1));
-    for (int n = 2; n <= 4; ++n)
-        QCOMPARE(tableRows(deviceTable(*window, n)), search);
-}
-
-// The other cells are checked against simulated cameras (tst_e2e_discovery);
-// a camera without a name gets the window's own text.
+// The other cells are checked against simulated cameras (tst_e2e_discovery).
 void tst_SearchWindow::unnamedCamera()
 {
     NEEDS_NETNS();
     send(replybuilder::hdsReply(
         {"Device-Name=", "IP=10.1.1.5", "MAC=M", "Dhcp=1", "Http-Port=8080", "Web-Version=w"}));
-    QTRY_COMPARE(tableRows(deviceTable(*window, 1)),
+    QTRY_COMPARE(tableRows(deviceTable(window, 1)),
                  QStringList{"Unnamed|10.1.1.5|8080|M|on|||||w"});
     verifyTablesEqual();
 }
 
-// Needs no network: the first automatic search is due one interval after the
-// check, and unchecking stops the timer.
+// The first automatic search is due one interval after the check, and
+// unchecking stops the timer.
 void tst_SearchWindow::automaticSearchTimer()
 {
     auto *box = window->findChild<QCheckBox *>("automaticSearchBox");
@@ -195,11 +159,10 @@ void tst_SearchWindow::burstLongerThanOneSlice()
     for (int n = 0; n < kCameras; ++n) {
         const QString ip = QStringLiteral("10.%1.%2.7").arg(n / 250).arg(n % 250 + 1);
         QString low = QStringLiteral("%1").arg(n, 4, 16, QLatin1Char('0')).toUpper();
-        const QString mac =
-            n % 2 ? QString("001A2B3C" + low) : QString("00:1A:2B:3C:" + low.insert(2, ':'));
-        send(replyFor(QStringLiteral("%1 %2 %3").arg(n % 2 ? "W" : "H", ip, mac)));
+        send(n % 2 ? replybuilder::winbondAt(ip, "001A2B3C" + low.toLatin1())
+                   : replybuilder::hdsCamera(ip, "00:1A:2B:3C:" + low.insert(2, ':')));
     }
-    const QTableWidget *table = deviceTable(*window, 1);
+    const QTableWidget *table = deviceTable(window, 1);
     QSet<int> countsSeen;
     QTimer tick;
     connect(&tick, &QTimer::timeout, [&] { countsSeen << table->rowCount(); });
@@ -218,8 +181,7 @@ void tst_SearchWindow::floodDoesNotHoldFleetSearch()
     NEEDS_NETNS();
     delete window; // its receiver would share the flood
     window = nullptr;
-    const std::optional<veltor::SearchInterface> loopback =
-        veltor::interfaceWithAddress(QHostAddress::LocalHost);
+    const auto loopback = veltor::interfaceWithAddress(QHostAddress::LocalHost);
     QVERIFY(loopback);
     Flooder flooder;
     flooder.start();
@@ -232,14 +194,14 @@ void tst_SearchWindow::floodDoesNotHoldFleetSearch()
     flooder.stop = true;
     flooder.wait();
     QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
-    QVERIFY(result.cameras.isEmpty());
-    QVERIFY(result.stats.malformed > 0);
+    QVERIFY(result.cameras.isEmpty() && result.stats.malformed > 0);
     QCOMPARE(result.stats.replies, result.stats.malformed);
     // The directed broadcast, if the link has one, and 255.255.255.255, each round.
     QCOMPARE(result.stats.binarySent, loopback->broadcast.isNull() ? 2 : 4);
     QCOMPARE(result.stats.hdsSent, 2);
 }
 
+// Rows 0..4 are cameras; row 3 has no DHCP item, row 5 only empty texts.
 void tst_SearchWindow::clicks_data()
 {
     QTest::addColumn<QList<int>>("clickedRows");
@@ -257,12 +219,21 @@ void tst_SearchWindow::clicks()
 {
     QFETCH(QList<int>, clickedRows);
     QFETCH(QString, paintOfRows);
-    fillTables(*window);
+    for (int n = 1; n <= 4; ++n) {
+        QTableWidget *table = deviceTable(window, n);
+        table->setRowCount(6);
+        for (int row = 0; row < 6; ++row) {
+            for (int column = 0; column < table->columnCount(); ++column) {
+                if (row != 3 || column != 4)
+                    table->setItem(row, column, new QTableWidgetItem(row == 5 ? "" : "x"));
+            }
+        }
+    }
     for (int row : clickedRows)
-        emit deviceTable(*window, 1)->cellClicked(row, 0);
+        emit deviceTable(window, 1)->cellClicked(row, 0);
     QString paint;
     for (int row = 0; row < 6; ++row)
-        paint += rowPaint(*window, row);
+        paint += rowPaint(window, row);
     QCOMPARE(paint, paintOfRows);
 }
 

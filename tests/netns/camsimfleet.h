@@ -13,26 +13,16 @@ struct Camera
 {
     int index = 0;
     QString family; // "Winbond" or "Haisi"
-    QString name;
-    QString mac;
-    QString ip;
-    QString mask;
-    QString gateway;
-    QString dns;
+    QString name, mac, ip, mask, gateway, dns;
     int httpPort = 0;
     bool dhcp = false;
-    QString firmwareVersion;
-    QString webVersion;
-    QString deviceId;
-    QString user;
-    QString password;
+    QString firmwareVersion, webVersion, deviceId, user, password;
     bool bothProtocols = false;
     bool malformed = false;
     QString claimedIp; // what its replies claim, when not its own address
 };
 
-// Reads $VELTOR_CAMSIM_STATUS; empty, with `why` set, when the test does not
-// run under the harness.
+// Reads $VELTOR_CAMSIM_STATUS; empty, with `why` set, outside the harness.
 QVector<Camera> load(QString *why);
 
 // GET http://ip:port/<path> of one camera, parsed as JSON; empty on failure.
@@ -51,7 +41,6 @@ QMap<QString, QByteArray> sdCardHashes(const Camera &camera, const QString &pref
 #define CAMSIM_FLEET_OR_SKIP(cameras)                                                              \
     do {                                                                                           \
         QString why_;                                                                              \
-        cameras = camsimfleet::load(&why_);                                                        \
-        if (cameras.isEmpty())                                                                     \
+        if ((cameras = camsimfleet::load(&why_)).isEmpty())                                        \
             QSKIP(qPrintable(why_));                                                               \
     } while (false)

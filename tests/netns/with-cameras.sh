@@ -2,22 +2,16 @@
 # with-cameras.sh [--two-networks] [veltor-camsim options] -- COMMAND [ARGS...]
 #
 # Runs COMMAND in a private network namespace (the tool's side) and
-# veltor-camsim in a child one (the cameras' side), joined by a veth pair:
-# tool v0 10.78.0.1/16, cameras v1 10.78.0.2/16 plus one address per camera
-# (--bind-each-ip is always passed). With --two-networks, two pairs: va0/va1
-# 10.79.0.1|2/16 and vb0/vb1 10.80.0.1|2/16; camera addresses in 10.80/16 live
-# on vb1, all others on va1, and the simulator hears searches on both links.
-# Broadcast, multicast and unicast cross the pair; nothing reaches the host.
-#
-# COMMAND sees VELTOR_CAMSIM_STATUS (the fleet as JSON) and VELTOR_TOOL_IP.
-# Exit status: COMMAND's; 77 (ctest's skip) when no namespace can be made
-# here; 2 for bad usage. The simulator is $VELTOR_CAMSIM, else this tree's
-# build/camsim/veltor-camsim.
+# veltor-camsim (always --bind-each-ip) in a child one (the cameras'), joined
+# by a veth pair: tool v0 10.78.0.1/16, cameras v1 10.78.0.2/16 plus each
+# camera's address. --two-networks: va0/va1 10.79.0.1|2/16 and vb0/vb1
+# 10.80.0.1|2/16, camera addresses in 10.80/16 on vb1, the rest on va1.
+# Nothing reaches the host. COMMAND sees VELTOR_CAMSIM_STATUS (the fleet as
+# JSON) and VELTOR_TOOL_IP. Exit status: COMMAND's; 77 (skip) when no
+# namespace can be made; 2 for bad usage. Simulator: $VELTOR_CAMSIM.
 
 set -u
-readonly SKIP=77
 readonly PREFIX=16
-# One network per entry: tool side link, its address, camera side link, its address.
 if [[ ${1:-} == --two-networks || ${VELTOR_NETNS_NETWORKS:-} == 2 ]]; then
     [[ ${1:-} != --two-networks ]] || shift
     export VELTOR_NETNS_NETWORKS=2
@@ -26,96 +20,61 @@ else
     readonly NETWORKS=("v0 10.78.0.1 v1 10.78.0.2")
 fi
 read -r _ TOOL_IP _ _ <<<"${NETWORKS[0]}"
-readonly TOOL_IP
-
-here=$(cd "$(dirname "$0")" && pwd)
-camsim=${VELTOR_CAMSIM:-$here/../../build/camsim/veltor-camsim}
+camsim=${VELTOR_CAMSIM:-$(dirname "$0")/../../build/camsim/veltor-camsim}
 
 skip() {
     echo "with-cameras: SKIP: $*" >&2
-    exit $SKIP
-}
-
-usage() {
-    echo "usage: $0 [veltor-camsim options] -- COMMAND [ARGS...]" >&2
-    exit 2
+    exit 77
 }
 
 # Waits up to $2 seconds for file $1; gives up early when process $3 is gone.
 wait_for() {
-    local file=$1 tries=$(($2 * 20)) pid=${3:-}
-    while [[ ! -e $file ]]; do
+    local tries=$(($2 * 20))
+    while [[ ! -e $1 ]]; do
         ((tries-- > 0)) || return 1
-        [[ -z $pid ]] || kill -0 "$pid" 2>/dev/null || return 1
+        [[ -z ${3:-} ]] || kill -0 "$3" 2>/dev/null || return 1
         sleep 0.05
     done
 }
 
 split_arguments() {
-    camsim_args=()
-    command=()
-    local seen=0
+    camsim_args=() command=()
+    local seen=0 arg
     for arg in "$@"; do
-        if ((seen)); then
-            command+=("$arg")
-        elif [[ $arg == -- ]]; then
-            seen=1
-        else
-            camsim_args+=("$arg")
-        fi
+        if ((seen)); then command+=("$arg")
+        elif [[ $arg == -- ]]; then seen=1
+        else camsim_args+=("$arg"); fi
     done
-    ((seen && ${#command[@]})) || usage
+    ((seen && ${#command[@]})) || { echo "usage: $0 [veltor-camsim options] -- COMMAND [ARGS...]" >&2; exit 2; }
 }
 
-# Host side: enter a fresh network namespace (a user namespace too when not root).
-enter_tool_namespace() {
-    command -v unshare >/dev/null || skip "unshare(1) is not installed"
-    command -v ip >/dev/null || skip "ip(8) is not installed (Debian package iproute2)"
-    [[ -x $camsim ]] || { echo "with-cameras: no simulator at $camsim" >&2; exit 2; }
-    local flags=-n
-    ((EUID == 0)) || flags=-rn
-    unshare $flags true 2>/dev/null ||
-        skip "cannot create a network namespace (unshare $flags failed; user namespaces disabled?)"
-    VELTOR_NETNS_STAGE=tool VELTOR_CAMSIM=$camsim exec unshare $flags "$0" "$@"
-}
-
-# Brings up one end of every network: $1 is the field of the link names (0
-# tool side, 2 camera side). The first network carries the default route.
+# One end of every network: $1 is the link name's field (0 tool, 2 cameras).
+# The first network carries the default route.
 bring_up_links() {
-    local fields network link address
+    local f network
     for network in "${NETWORKS[@]}"; do
-        read -ra fields <<<"$network"
-        link=${fields[$1]} address=${fields[$1 + 1]}
-        ip link set "$link" up && ip addr add "$address/$PREFIX" dev "$link" || return 1
+        read -ra f <<<"$network"
+        ip link set "${f[$1]}" up && ip addr add "${f[$1 + 1]}/$PREFIX" dev "${f[$1]}" || return 1
     done
-    read -ra fields <<<"${NETWORKS[0]}"
-    ip route add default dev "${fields[$1]}"
+    read -ra f <<<"${NETWORKS[0]}"
+    ip route add default dev "${f[$1]}"
 }
 
-# "addr add" lines for ip -batch: each camera address (once, when cameras
-# share one) on the camera-side link of the network whose /16 holds it.
-camera_address_batch() {
-    local address network fields link
-    sort -u "$1" | while read -r address; do
-        read -ra fields <<<"${NETWORKS[0]}"
-        link=${fields[2]}
-        for network in "${NETWORKS[@]}"; do
-            read -ra fields <<<"$network"
-            [[ ${address%.*.*} == "${fields[3]%.*.*}" ]] && link=${fields[2]}
-        done
-        echo "addr add $address/$PREFIX dev $link"
-    done
-}
-
-# Camera side: wait for the links, give every camera its address, run the fleet.
+# Camera side: each camera address once, on the link of the network holding it.
 run_cameras() {
-    local work=$VELTOR_NETNS_WORK every_link=()
+    local work=$VELTOR_NETNS_WORK every_link=() address network f link
     touch "$work/cameras-namespace"
     wait_for "$work/link-ready" 10 || exit 1
     ip link set lo up && bring_up_links 2 || exit 1
-    if [[ -s $work/addresses ]]; then
-        camera_address_batch "$work/addresses" | ip -batch - || exit 1
-    fi
+    sort -u "$work/addresses" | while read -r address; do
+        read -ra f <<<"${NETWORKS[0]}"
+        link=${f[2]}
+        for network in "${NETWORKS[@]}"; do
+            read -ra f <<<"$network"
+            [[ ${address%.*.*} == "${f[3]%.*.*}" ]] && link=${f[2]}
+        done
+        echo "addr add $address/$PREFIX dev $link"
+    done | ip -batch - || exit 1
     ((${#NETWORKS[@]} == 1)) || every_link=(--every-link)
     exec "$camsim" "$@" "${every_link[@]}" --bind-each-ip --status-file "$work/fleet.json"
 }
@@ -132,26 +91,23 @@ run_tool() {
     VELTOR_NETNS_STAGE=cameras VELTOR_NETNS_WORK=$work unshare -n "$0" "${camsim_args[@]}" &
     cameras_pid=$!
     wait_for "$work/cameras-namespace" 10 "$cameras_pid" || skip "the camera namespace did not start"
-    local network fields
+    local network f
     for network in "${NETWORKS[@]}"; do
-        read -ra fields <<<"$network"
-        ip link add "${fields[0]}" type veth peer name "${fields[2]}" netns "$cameras_pid" \
-            2>/dev/null || skip "cannot create a veth pair here"
+        read -ra f <<<"$network"
+        ip link add "${f[0]}" type veth peer name "${f[2]}" netns "$cameras_pid" 2>/dev/null ||
+            skip "cannot create a veth pair here"
     done
     bring_up_links 0 || exit 1
-    # A camera answering from another network's address (a misconfigured one, or
-    # one answering the searcher) comes in on a link its address is not routed
-    # through; strict reverse-path filtering would drop it.
+    # A camera answering from another network's address comes in on a link its
+    # address is not routed through; strict reverse-path filtering would drop it.
     if ((${#NETWORKS[@]} > 1)); then
         for network in all default "${NETWORKS[@]%% *}"; do
             sysctl -qw "net.ipv4.conf.$network.rp_filter=0" 2>/dev/null
         done
     fi
     touch "$work/link-ready"
-    if ! wait_for "$work/fleet.json" 120 "$cameras_pid"; then
-        echo "with-cameras: the simulator did not get ready" >&2
-        exit 1
-    fi
+    wait_for "$work/fleet.json" 120 "$cameras_pid" ||
+        { echo "with-cameras: the simulator did not get ready" >&2; exit 1; }
     VELTOR_CAMSIM_STATUS=$work/fleet.json VELTOR_TOOL_IP=$TOOL_IP "${command[@]}"
 }
 
@@ -170,6 +126,11 @@ tool) run_tool "$@" ;;
 cameras) run_cameras "$@" ;;
 *)
     split_arguments "$@"
-    enter_tool_namespace "$@"
+    command -v unshare >/dev/null && command -v ip >/dev/null || skip "unshare(1) or ip(8) missing"
+    [[ -x $camsim ]] || { echo "with-cameras: no simulator at $camsim" >&2; exit 2; }
+    flags=-n
+    ((EUID == 0)) || flags=-rn
+    unshare $flags true 2>/dev/null || skip "cannot create a network namespace (unshare $flags)"
+    VELTOR_NETNS_STAGE=tool VELTOR_CAMSIM=$camsim exec unshare $flags "$0" "$@"
     ;;
 esac
