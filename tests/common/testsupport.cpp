@@ -2,33 +2,28 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDialog>
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
-#include <memory>
 
 namespace testsupport {
 
 void answerNextModal(std::function<void(QWidget *)> answer, int timeoutMs)
 {
-    auto clock = std::make_shared<QElapsedTimer>();
-    clock->start();
     auto *timer = new QTimer(qApp);
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, clock, answer, timeoutMs] {
-        QWidget *modal = QApplication::activeModalWidget();
-        if (modal && modal->isVisible()) {
-            timer->stop();
-            timer->deleteLater();
-            answer(modal);
-        } else if (clock->elapsed() > timeoutMs) {
-            timer->stop();
-            timer->deleteLater();
-        }
-    });
-    timer->start();
+    QObject::connect(timer, &QTimer::timeout, timer,
+                     [timer, answer, deadline = QDeadlineTimer(timeoutMs)] {
+                         QWidget *modal = QApplication::activeModalWidget();
+                         const bool shown = modal && modal->isVisible();
+                         if (shown || deadline.hasExpired()) {
+                             timer->stop();
+                             timer->deleteLater();
+                         }
+                         if (shown)
+                             answer(modal);
+                     });
+    timer->start(10);
 }
 
 void answerNextMessageBox(SeenBox *seen, const QString &buttonText, int timeoutMs)
@@ -41,16 +36,14 @@ void answerNextMessageBox(SeenBox *seen, const QString &buttonText, int timeoutM
                     dialog->reject();
                 return;
             }
-            seen->title = box->windowTitle();
-            seen->text = box->text();
-            seen->seen = true;
+            *seen = {box->windowTitle(), box->text(), true};
             QAbstractButton *target = box->defaultButton();
             for (QAbstractButton *button : box->buttons()) {
                 if (!buttonText.isEmpty() && button->text().remove(QLatin1Char('&')) == buttonText)
                     target = button;
             }
-            if (!target && !box->buttons().isEmpty())
-                target = box->buttons().first();
+            if (!target)
+                target = box->buttons().value(0);
             if (target)
                 target->click();
             else

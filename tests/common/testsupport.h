@@ -7,13 +7,12 @@ class QWidget;
 
 namespace testsupport {
 
-// Answers the next modal dialog or message box from a timer: polls for an
-// active modal widget and hands it to `answer`, which should close it (for
-// message boxes, see clickButton). Gives up silently after `timeoutMs`.
+// Hands the next visible modal widget to `answer` (which should close it),
+// polling from a timer; gives up silently after `timeoutMs`.
 void answerNextModal(std::function<void(QWidget *)> answer, int timeoutMs = 5000);
 
-// Answers the next message box by pressing its button with the given text
-// (empty: its default/escape button) and stores title and text for the test.
+// Presses the next message box's button with the given text (empty: its
+// default, else first) and stores its title and text.
 struct SeenBox
 {
     QString title;

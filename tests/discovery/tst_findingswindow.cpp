@@ -19,11 +19,6 @@
 
 namespace {
 
-QTableWidget *deviceTable(const MainWindow &window, int n)
-{
-    return window.findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(n));
-}
-
 // Header first, then the rows sorted: cameras with one key (one IP) are listed
 // in arrival order, which two searches need not share.
 QStringList csvLines(const QByteArray &csv)
@@ -49,7 +44,14 @@ private slots:
     void cleanupTestCase() { delete window; }
 
 private:
-    int rowOf(int cameraIndex) const;
+    int rowOf(int camera) const
+    {
+        return deviceTable(1)->findItems(fleet.at(camera).mac, Qt::MatchExactly).value(0)->row();
+    }
+    QTableWidget *deviceTable(int n) const
+    {
+        return window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_%1").arg(n));
+    }
 
     QVector<camsimfleet::Camera> fleet;
     MainWindow *window = nullptr;
@@ -65,17 +67,7 @@ void TestFindingsWindow::initTestCase()
     QCOMPARE(window->findChild<QComboBox *>("wifiComboBox")->currentText(),
              QString::fromLocal8Bit(qgetenv("VELTOR_TOOL_IP")));
     QMetaObject::invokeMethod(window, "on_searchButton_clicked");
-    QTRY_COMPARE(deviceTable(*window, 1)->rowCount(), fleet.size());
-}
-
-int TestFindingsWindow::rowOf(int cameraIndex) const
-{
-    const QTableWidget *table = deviceTable(*window, 1);
-    for (int row = 0; row < table->rowCount(); ++row) {
-        if (table->item(row, 3)->text() == fleet.at(cameraIndex).mac)
-            return row;
-    }
-    return -1;
+    QTRY_COMPARE(deviceTable(1)->rowCount(), fleet.size());
 }
 
 void TestFindingsWindow::markers_data()
@@ -90,7 +82,7 @@ void TestFindingsWindow::markers_data()
     QTest::newRow("one IP, second") << 4 << conflict;
     QTest::newRow("third subnet")
         << 2 << "On another subnet than 10.78.0.1/16: change its address first.";
-    QTest::newRow("claims another address")
+    QTest::newRow("claims another")
         << 3 << "The reply came from 10.78.1.4, not from the address it claims.";
 }
 
@@ -99,10 +91,8 @@ void TestFindingsWindow::markers()
 {
     QFETCH(int, camera);
     QFETCH(QString, toolTip);
-    const int row = rowOf(camera);
-    QVERIFY(row >= 0);
     for (int n = 1; n <= 4; ++n) {
-        const QTableWidgetItem *name = deviceTable(*window, n)->item(row, 0);
+        const QTableWidgetItem *name = deviceTable(n)->item(rowOf(camera), 0);
         QTRY_COMPARE(name->toolTip(), toolTip); // marked between events
         QCOMPARE(name->icon().isNull(), toolTip.isEmpty());
     }
@@ -121,15 +111,12 @@ void TestFindingsWindow::exportEqualsCli()
 {
     const QString path = dir.filePath("cameras.csv");
     testsupport::answerNextModal([&](QWidget *modal) {
-        auto *dialog = qobject_cast<QFileDialog *>(modal);
-        QVERIFY(dialog);
-        dialog->selectFile(path);
-        QMetaObject::invokeMethod(dialog, "accept");
+        qobject_cast<QFileDialog *>(modal)->selectFile(path);
+        QMetaObject::invokeMethod(modal, "accept");
     });
     window->findChild<QAction *>("actionExportCameras")->trigger();
     QFile exported(path);
     QVERIFY(exported.open(QIODevice::ReadOnly));
-
     QProcess cli;
     cli.start(QStringLiteral(VELTOR_CLI), {"discover", "--format", "csv", "--interface",
                                            "10.78.0.1", "--rounds", "2", "--wait", "600"});
@@ -139,8 +126,7 @@ void TestFindingsWindow::exportEqualsCli()
 
 void TestFindingsWindow::copySelectedRow()
 {
-    const int row = rowOf(2);
-    QMetaObject::invokeMethod(window, "mycellClicked", Q_ARG(int, row), Q_ARG(int, 1));
+    QMetaObject::invokeMethod(window, "mycellClicked", Q_ARG(int, rowOf(2)), Q_ARG(int, 1));
     window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(window));
     QTest::keyClick(window, Qt::Key_C, Qt::ControlModifier);

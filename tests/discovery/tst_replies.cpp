@@ -66,8 +66,6 @@ class tst_Replies : public QObject
 
 private slots:
     void searchRequests();
-    void dataHandle_data();
-    void dataHandle();
     void replies_data();
     void replies();
     void insertionOrder_data();
@@ -81,42 +79,6 @@ void tst_Replies::searchRequests()
     QCOMPARE(veltor::hdsSearchRequest(),
              QByteArray("SEARCH * HDS/1.0\r\nCSeq:0\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr"
                         "\r\nAccept-Type:text/HDP\r\nContent-Length:0\r\n\r\n"));
-}
-
-// Key, hex, expected ("-" for nothing).
-void tst_Replies::dataHandle_data()
-{
-    QTest::addColumn<QString>("hex");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("expected");
-    const char *const table = R"(mac 303030413142324333443445 00:0A:1B:2C:3D:4E
-mac 3031323334 01:23:4
-mac 4A4b JK
-mac 6162 ab
-name 41004200 AB
-name 2020436120 Ca
-name 419 A
-name 00000000000000000000 -
-name e9E9 éé
-ip c0a8011 192.168.1.1
-port 1f90 31.144
-dhcp 01 1
-other 0102 12)";
-    for (const QString &line : QString::fromUtf8(table).split('\n')) {
-        const QStringList w = line.split(' ');
-        QTest::newRow(qPrintable(line)) << w[1] << w[0] << (w[2] == "-" ? QString() : w[2]);
-    }
-    QTest::newRow("empty") << ""
-                           << "ip"
-                           << "";
-}
-
-void tst_Replies::dataHandle()
-{
-    QFETCH(QString, hex);
-    QFETCH(QString, key);
-    QFETCH(QString, expected);
-    QCOMPARE(veltor::winbondDataHandle(hex, key), expected);
 }
 
 // `column` -1 compares all ten columns joined by "|".
@@ -133,6 +95,7 @@ void tst_Replies::replies_data()
     row("W 22 blanks", false, winbond([](auto &f) { f.name = QByteArray(22, ' '); }), 0, "");
     row("W 22 letters", false, winbond([](auto &f) { f.name = "ABCDEFGHIJKLMNOPQRSTUV"; }), 0,
         "ABCDEFGHIJKLMNOPQRSTUV");
+    row("W latin1 name", false, winbond([](auto &f) { f.name = "\xe9\xe9"; }), 0, "\u00e9\u00e9");
     row("W port 255", false, winbond([](auto &f) { f.port = 0xff; }), 2, "255");
     row("W dhcp on", false, winbond([](auto &f) { f.dhcp = 1; }), 4, "on");
     row("W dhcp 2", false, winbond([](auto &f) { f.dhcp = 2; }), 4, "");
@@ -191,27 +154,25 @@ void tst_Replies::replies()
 }
 
 // Cameras by IP in arrival order (an IP arriving twice is a duplicate) and
-// the table order they end in. The key joins the address parts as decimal
-// text, so it is deliberately not the numeric address order.
+// the table order they end in ("-" an empty IP). The key joins the address
+// parts as decimal text, so it is deliberately not the numeric address order;
+// among equal keys the newcomer goes first.
 void tst_Replies::insertionOrder_data()
 {
     QTest::addColumn<QStringList>("arrivals");
     QTest::addColumn<QStringList>("expected");
-    const QStringList small{"192.168.1.3", "192.168.1.20", "192.168.1.100"};
-    QTest::newRow("mixed") << QStringList{"192.168.1.20", "192.168.1.3", "192.168.1.100"} << small;
-    QTest::newRow("descending") << QStringList{"192.168.1.100", "192.168.1.20", "192.168.1.3"}
-                                << small;
-    QTest::newRow("key not address") << QStringList{"192.168.1.99", "192.168.10.1"}
-                                     << QStringList{"192.168.10.1", "192.168.1.99"};
-    QTest::newRow("too large key first") << QStringList{"10.0.0.1", "200.200.200.200", "1.1.1.1"}
-                                         << QStringList{"200.200.200.200", "1.1.1.1", "10.0.0.1"};
-    QTest::newRow("empty IP like 0") << QStringList{"1.1.1.1", ""} << QStringList{"", "1.1.1.1"};
-    // Equal keys: the newcomer goes before the rows already there.
-    QTest::newRow("equal keys") << QStringList{"1.11.1.1", "11.1.1.1", "1.1.11.1"}
-                                << QStringList{"1.1.11.1", "11.1.1.1", "1.11.1.1"};
-    QTest::newRow("duplicates dropped")
-        << QStringList{"10.0.0.5", "10.0.0.1", "10.0.0.5", "10.0.0.9", "10.0.0.1", "10.0.0.3"}
-        << QStringList{"10.0.0.1", "10.0.0.3", "10.0.0.5", "10.0.0.9"};
+    const char *const table =
+        R"(192.168.1.20 192.168.1.3 192.168.1.100>192.168.1.3 192.168.1.20 192.168.1.100
+192.168.1.100 192.168.1.20 192.168.1.3>192.168.1.3 192.168.1.20 192.168.1.100
+192.168.1.99 192.168.10.1>192.168.10.1 192.168.1.99
+10.0.0.1 200.200.200.200 1.1.1.1>200.200.200.200 1.1.1.1 10.0.0.1
+1.1.1.1 ->- 1.1.1.1
+1.11.1.1 11.1.1.1 1.1.11.1>1.1.11.1 11.1.1.1 1.11.1.1
+10.0.0.5 10.0.0.1 10.0.0.5 10.0.0.9 10.0.0.1 10.0.0.3>10.0.0.1 10.0.0.3 10.0.0.5 10.0.0.9)";
+    for (const QString &line : QString(table).replace('-', QString()).split('\n')) {
+        const QStringList sides = line.split('>');
+        QTest::newRow(qPrintable(line)) << sides[0].split(' ') << sides[1].split(' ');
+    }
 }
 
 void tst_Replies::insertionOrder()
