@@ -42,44 +42,36 @@ private slots:
     void reflagReportsChangedCamerasOnly();
 };
 
-// After one Winbond camera (00:0A:1B:2C:3D:4E at 192.168.1.20), one more reply.
+// After one Winbond camera (00:0A:1B:2C:3D:4E at 192.168.1.20), one more
+// reply from 192.168.1.99.
 void TestFleetMerge::outcome_data()
 {
     QTest::addColumn<int>("port");
     QTest::addColumn<QByteArray>("reply");
-    QTest::addColumn<QString>("source");
     QTest::addColumn<int>("outcome");
-    const int w = kBinarySearchPort, h = kHdsPort;
-    const QString at = "192.168.1.20";
-    const QByteArray hds = hdsCamera("192.168.1.30", "00:11:22:33:44:55");
-    QTest::newRow("own binary") << w << binarySearchDatagram() << at << +FleetMerge::OwnSearch;
-    QTest::newRow("own HDS") << h << hdsSearchRequest() << at << +FleetMerge::OwnSearch;
-    QTest::newRow("binary on HDS port")
-        << h << binarySearchDatagram() << at << +FleetMerge::Malformed;
-    QTest::newRow("27 bytes") << w << replybuilder::winbondReply().left(27) << at
-                              << +FleetMerge::Malformed;
-    QTest::newRow("HDS 404") << h << QByteArray(hds).replace("200 OK", "404 No") << at
-                             << +FleetMerge::Malformed;
-    QTest::newRow("same again") << w << replybuilder::winbondReply() << at
-                                << +FleetMerge::Duplicate;
-    QTest::newRow("same MAC lower case, HDS, elsewhere")
-        << h << hdsCamera("192.168.1.99", "00:0a:1b:2c:3d:4e") << "192.168.1.99"
-        << +FleetMerge::Duplicate;
-    QTest::newRow("other MAC, same IP")
-        << w << winbondAt(at, "000A1B2C3D4F") << at << +FleetMerge::NewCamera;
-    QTest::newRow("HDS camera") << h << hds << at << +FleetMerge::NewCamera;
+    const int w = kBinarySearchPort, h = kHdsPort, own = FleetMerge::OwnSearch,
+              bad = FleetMerge::Malformed, again = FleetMerge::Duplicate,
+              add = FleetMerge::NewCamera;
+    QTest::newRow("own binary") << w << binarySearchDatagram() << own;
+    QTest::newRow("own HDS") << h << hdsSearchRequest() << own;
+    QTest::newRow("binary on HDS port") << h << binarySearchDatagram() << bad;
+    QTest::newRow("27 bytes") << w << replybuilder::winbondReply().left(27) << bad;
+    QTest::newRow("same again") << w << replybuilder::winbondReply() << again;
+    QTest::newRow("same MAC lower case")
+        << h << hdsCamera("192.168.1.99", "00:0a:1b:2c:3d:4e") << again;
+    QTest::newRow("other MAC, same IP") << w << winbondAt("192.168.1.20", "000A1B2C3D4F") << add;
+    QTest::newRow("HDS camera") << h << hdsCamera("192.168.1.30", "00:11:22:33:44:55") << add;
 }
 
 void TestFleetMerge::outcome()
 {
     QFETCH(int, port);
     QFETCH(QByteArray, reply);
-    QFETCH(QString, source);
     QFETCH(int, outcome);
     FleetMerge merge;
     QCOMPARE(merge.add(received(kBinarySearchPort, replybuilder::winbondReply())),
              FleetMerge::NewCamera);
-    QCOMPARE(int(merge.add(received(quint16(port), reply, source))), outcome);
+    QCOMPARE(int(merge.add(received(quint16(port), reply, "192.168.1.99"))), outcome);
     QCOMPARE(merge.cameras().size(), outcome == FleetMerge::NewCamera ? 2 : 1);
 }
 

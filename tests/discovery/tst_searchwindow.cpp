@@ -51,30 +51,6 @@ protected:
     }
 };
 
-// "h" (highlight), "n" (normal) or "u" (unpainted) when all cells of the row
-// agree in all four tables, else "mixed".
-QString rowPaint(const MainWindow *window, int row)
-{
-    QSet<QString> seen;
-    for (int n = 1; n <= 4; ++n) {
-        const QTableWidget *table = deviceTable(window, n);
-        for (int column = 0; column < table->columnCount(); ++column) {
-            const QTableWidgetItem *item = table->item(row, column);
-            if (!item)
-                continue;
-            const QVariant back = item->data(Qt::BackgroundRole);
-            const QVariant fore = item->data(Qt::ForegroundRole);
-            if (!back.isValid() && !fore.isValid())
-                seen << "u";
-            else if (back == QColor(73, 178, 235) && fore == QColor(Qt::white))
-                seen << "h";
-            else
-                seen << (back == QColor(Qt::white) && fore == QColor(Qt::black) ? "n" : "other");
-        }
-    }
-    return seen.size() == 1 ? *seen.begin() : QStringLiteral("mixed");
-}
-
 } // namespace
 
 class tst_SearchWindow : public QObject
@@ -220,20 +196,33 @@ void tst_SearchWindow::clicks()
     QFETCH(QList<int>, clickedRows);
     QFETCH(QString, paintOfRows);
     for (int n = 1; n <= 4; ++n) {
-        QTableWidget *table = deviceTable(window, n);
-        table->setRowCount(6);
+        deviceTable(window, n)->setRowCount(6);
         for (int row = 0; row < 6; ++row) {
-            for (int column = 0; column < table->columnCount(); ++column) {
+            for (int column = 0; column < 10; ++column) {
                 if (row != 3 || column != 4)
-                    table->setItem(row, column, new QTableWidgetItem(row == 5 ? "" : "x"));
+                    deviceTable(window, n)->setItem(row, column,
+                                                    new QTableWidgetItem(row == 5 ? "" : "x"));
             }
         }
     }
     for (int row : clickedRows)
         emit deviceTable(window, 1)->cellClicked(row, 0);
+    // Per row, when all its cells in all four tables agree: "h" highlighted,
+    // "n" normal, "u" unpainted.
+    const QHash<QString, QString> names{
+        {"", "u"}, {"#49b2eb#ffffff", "h"}, {"#ffffff#000000", "n"}};
     QString paint;
-    for (int row = 0; row < 6; ++row)
-        paint += rowPaint(window, row);
+    for (int row = 0; row < 6; ++row) {
+        QSet<QString> seen;
+        for (int n = 1; n <= 4; ++n) {
+            for (int column = 0; column < 10; ++column) {
+                if (const QTableWidgetItem *item = deviceTable(window, n)->item(row, column))
+                    seen << item->data(Qt::BackgroundRole).toString() +
+                                item->data(Qt::ForegroundRole).toString();
+            }
+        }
+        paint += seen.size() == 1 ? names.value(*seen.begin(), "?") : "mixed";
+    }
     QCOMPARE(paint, paintOfRows);
 }
 
