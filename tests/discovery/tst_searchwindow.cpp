@@ -61,7 +61,6 @@ private slots:
     void initTestCase();
     void init() { window = new MainWindow; }
     void cleanup() { delete window; }
-    void unnamedCamera();
     void automaticSearchTimer();
     void burstLongerThanOneSlice();
     void floodDoesNotHoldFleetSearch();
@@ -97,17 +96,6 @@ void tst_SearchWindow::initTestCase()
     // Broadcasts and the group must stay on this machine.
     if (netnsProblem.isEmpty() && QNetworkInterface::allInterfaces().size() != 1)
         netnsProblem = "not in a private network namespace (run through in-private-netns.sh)";
-}
-
-// The other cells are checked against simulated cameras (tst_e2e_discovery).
-void tst_SearchWindow::unnamedCamera()
-{
-    NEEDS_NETNS();
-    send(replybuilder::hdsReply(
-        {"Device-Name=", "IP=10.1.1.5", "MAC=M", "Dhcp=1", "Http-Port=8080", "Web-Version=w"}));
-    QTRY_COMPARE(tableRows(deviceTable(window, 1)),
-                 QStringList{"Unnamed|10.1.1.5|8080|M|on|||||w"});
-    verifyTablesEqual();
 }
 
 // The first automatic search is due one interval after the check, and

@@ -1,15 +1,10 @@
 #!/bin/bash
 # with-cameras.sh [--two-networks] [veltor-camsim options] -- COMMAND [ARGS...]
-#
-# Runs COMMAND in a private network namespace (the tool's side) and
-# veltor-camsim (always --bind-each-ip) in a child one (the cameras'), joined
-# by a veth pair: tool v0 10.78.0.1/16, cameras v1 10.78.0.2/16 plus each
-# camera's address. --two-networks: va0/va1 10.79.0.1|2/16 and vb0/vb1
-# 10.80.0.1|2/16, camera addresses in 10.80/16 on vb1, the rest on va1.
-# Nothing reaches the host. COMMAND sees VELTOR_CAMSIM_STATUS (the fleet as
-# JSON) and VELTOR_TOOL_IP. Exit status: COMMAND's; 77 (skip) when no
-# namespace can be made; 2 for bad usage. Simulator: $VELTOR_CAMSIM.
-
+# Runs COMMAND in a private network namespace, veltor-camsim ($VELTOR_CAMSIM,
+# --bind-each-ip) in a child one, joined by veth v0 10.78.0.1/16 - v1
+# 10.78.0.2/16 (--two-networks: va0/va1 10.79/16 and vb0/vb1 10.80/16, camera
+# addresses on the link of their /16). COMMAND gets VELTOR_CAMSIM_STATUS (the
+# fleet file) and VELTOR_TOOL_IP; exit 77 when no namespace can be made here.
 set -u
 readonly PREFIX=16
 if [[ ${1:-} == --two-networks || ${VELTOR_NETNS_NETWORKS:-} == 2 ]]; then
@@ -22,10 +17,7 @@ fi
 read -r _ TOOL_IP _ _ <<<"${NETWORKS[0]}"
 camsim=${VELTOR_CAMSIM:-$(dirname "$0")/../../build/camsim/veltor-camsim}
 
-skip() {
-    echo "with-cameras: SKIP: $*" >&2
-    exit 77
-}
+skip() { echo "with-cameras: SKIP: $*" >&2 && exit 77; }
 
 # Waits up to $2 seconds for file $1; gives up early when process $3 is gone.
 wait_for() {
@@ -113,10 +105,7 @@ run_tool() {
 
 cleanup() {
     local status=$?
-    if [[ -n $cameras_pid ]] && kill -0 "$cameras_pid" 2>/dev/null; then
-        kill "$cameras_pid" 2>/dev/null
-        wait "$cameras_pid" 2>/dev/null
-    fi
+    [[ -z $cameras_pid ]] || { kill "$cameras_pid" && wait "$cameras_pid"; } 2>/dev/null
     rm -rf "$work"
     exit $status
 }
