@@ -14,17 +14,13 @@
 // The fleet that with-cameras.sh started, as tests in the tool's namespace see it.
 namespace camsimfleet {
 
+// family is "Winbond" or "Haisi"; claimedIp what its replies claim, when not its own address.
 struct Camera
 {
-    int index = 0;
-    QString family; // "Winbond" or "Haisi"
-    QString name, mac, ip, mask, gateway, dns;
-    int httpPort = 0;
-    bool dhcp = false;
-    QString firmwareVersion, webVersion, deviceId, user, password;
-    bool bothProtocols = false;
-    bool malformed = false;
-    QString claimedIp; // what its replies claim, when not its own address
+    int index = 0, httpPort = 0;
+    bool dhcp = false, bothProtocols = false, malformed = false;
+    QString family, name, mac, ip, mask, gateway, dns, firmwareVersion, webVersion, deviceId, user,
+        password, claimedIp;
 };
 
 // Reads $VELTOR_CAMSIM_STATUS; empty, with `why` set, outside the harness.
