@@ -13,6 +13,7 @@
 #include <QUdpSocket>
 #include <QtTest>
 #include <atomic>
+#include <memory>
 
 namespace {
 
@@ -32,24 +33,6 @@ QStringList tableRows(const QTableWidget *table)
     }
     return rows;
 }
-
-// Sends garbage (too short for a reply) to the binary search port until stopped.
-class Flooder : public QThread
-{
-public:
-    std::atomic<bool> stop{false};
-    std::atomic<int> sent{0};
-
-protected:
-    void run() override
-    {
-        QUdpSocket socket;
-        while (!stop) {
-            sent += socket.writeDatagram(QByteArray(20 + sent % 60, '\x5a'),
-                                         QHostAddress::LocalHost, veltor::kBinarySearchPort) > 0;
-        }
-    }
-};
 
 } // namespace
 
@@ -119,16 +102,25 @@ private slots:
         window = nullptr;
         const auto loopback = veltor::interfaceWithAddress(QHostAddress::LocalHost);
         QVERIFY(loopback);
-        Flooder flooder;
-        flooder.start();
-        QTRY_VERIFY(flooder.sent > 0);
+        // Garbage (too short for a reply) to the binary search port until stopped.
+        std::atomic<bool> stop{false};
+        std::atomic<int> sent{0};
+        std::unique_ptr<QThread> flooder(QThread::create([&] {
+            QUdpSocket socket;
+            while (!stop)
+                sent +=
+                    socket.writeDatagram(QByteArray(20 + sent % 60, '\x5a'),
+                                         QHostAddress::LocalHost, veltor::kBinarySearchPort) > 0;
+        }));
+        flooder->start();
+        QTRY_VERIFY(sent > 0);
         veltor::FleetSearchOptions options;
         options.interfaces = {*loopback};
         options.rounds = 2;
         options.waitMs = 200;
         const veltor::FleetSearchResult result = veltor::searchFleet(options);
-        flooder.stop = true;
-        flooder.wait();
+        stop = true;
+        flooder->wait();
         QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
         QVERIFY(result.cameras.isEmpty() && result.stats.malformed > 0);
         QCOMPARE(result.stats.replies, result.stats.malformed);

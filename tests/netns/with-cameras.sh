@@ -30,14 +30,10 @@ wait_for() {
 }
 
 split_arguments() {
-    camsim_args=() command=()
-    local seen=0 arg
-    for arg in "$@"; do
-        if ((seen)); then command+=("$arg")
-        elif [[ $arg == -- ]]; then seen=1
-        else camsim_args+=("$arg"); fi
-    done
-    ((seen && ${#command[@]})) || { echo "usage: $0 [veltor-camsim options] -- COMMAND [ARGS...]" >&2; exit 2; }
+    local i
+    for ((i = 1; i <= $#; i++)); do [[ ${!i} != -- ]] || break; done
+    camsim_args=("${@:1:i-1}") command=("${@:i+1}")
+    ((i <= $# && ${#command[@]})) || { echo "usage: $0 [veltor-camsim options] -- COMMAND [ARGS...]" >&2; exit 2; }
 }
 
 # One end of every network: $1 is the link name's field (0 tool, 2 cameras).
