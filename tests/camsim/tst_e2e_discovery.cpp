@@ -29,16 +29,9 @@ QStringList expectedRow(const camsimfleet::Camera &camera)
     QString name = winbond ? QString(camera.name.toLatin1().left(22)).trimmed() : camera.name;
     if (name.isEmpty())
         name = winbond ? "VELTOR VGA Series" : "Unnamed";
-    return QStringList{name,
-                       camera.ip,
-                       QString::number(camera.httpPort & (winbond ? 0xFF : -1)),
-                       camera.mac,
-                       camera.dhcp ? "on" : "off",
-                       camera.mask,
-                       camera.gateway,
-                       camera.dns,
-                       camera.firmwareVersion,
-                       camera.webVersion};
+    return QStringList{name, camera.ip, QString::number(camera.httpPort & (winbond ? 0xFF : -1))}
+           << camera.mac << (camera.dhcp ? "on" : "off") << camera.mask << camera.gateway
+           << camera.dns << camera.firmwareVersion << camera.webVersion;
 }
 
 } // namespace

@@ -50,16 +50,17 @@ private slots:
     {
         QTest::addColumn<int>("camera");
         QTest::addColumn<QString>("toolTip");
-        const QString conflict =
+        const auto row = [](const char *name, int camera, const char *toolTip) {
+            QTest::newRow(name) << camera << QString(toolTip);
+        };
+        const char *conflict =
             "Another camera claims 10.78.1.5 too: give one of them another address.";
-        QTest::newRow("healthy Winbond") << 0 << QString();
-        QTest::newRow("healthy Haisi") << 5 << QString();
-        QTest::newRow("one IP, first") << 1 << conflict;
-        QTest::newRow("one IP, second") << 4 << conflict;
-        QTest::newRow("third subnet")
-            << 2 << "On another subnet than 10.78.0.1/16: change its address first.";
-        QTest::newRow("claims another")
-            << 3 << "The reply came from 10.78.1.4, not from the address it claims.";
+        row("healthy Winbond", 0, "");
+        row("healthy Haisi", 5, "");
+        row("one IP, first", 1, conflict);
+        row("one IP, second", 4, conflict);
+        row("third subnet", 2, "On another subnet than 10.78.0.1/16: change its address first.");
+        row("claims another", 3, "The reply came from 10.78.1.4, not from the address it claims.");
     }
     // The name cell of the camera's row, in all four tables alike.
     void markers()
@@ -103,11 +104,10 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(window));
         QTest::keyClick(window, Qt::Key_C, Qt::ControlModifier);
         const camsimfleet::Camera &c = fleet.at(2);
-        QCOMPARE(QGuiApplication::clipboard()->text(),
-                 QStringList({c.name, c.ip, QString::number(c.httpPort), c.mac, "off", c.mask,
-                              c.gateway, c.dns, c.firmwareVersion, c.webVersion})
-                         .join('\t') +
-                     '\n');
+        const QStringList cells{
+            c.name,    c.ip,  QString::number(c.httpPort), c.mac,       "off", c.mask,
+            c.gateway, c.dns, c.firmwareVersion,           c.webVersion};
+        QCOMPARE(QGuiApplication::clipboard()->text(), cells.join('\t') + '\n');
     }
     void cleanupTestCase() { delete window; }
 
