@@ -1,4 +1,4 @@
-// The search messages and both reply parsers as tables of datagrams.
+// Both reply parsers as tables of datagrams, and the window's row order.
 #include "discovery/hdsreply.h"
 #include "discovery/listedcameras.h"
 #include "discovery/searchmessages.h"
@@ -66,15 +66,6 @@ class tst_Replies : public QObject
     Q_OBJECT
 
 private slots:
-    void searchRequests()
-    {
-        QCOMPARE(veltor::binarySearchDatagram().toHex(),
-                 QByteArray("4d4f5f490000000000000000000000040000000400000000000001"));
-        QCOMPARE(
-            veltor::hdsSearchRequest(),
-            QByteArray("SEARCH * HDS/1.0\r\nCSeq:0\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr"
-                       "\r\nAccept-Type:text/HDP\r\nContent-Length:0\r\n\r\n"));
-    }
     // `column` -1 compares all ten columns joined by "|".
     void replies_data()
     {
