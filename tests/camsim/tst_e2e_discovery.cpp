@@ -15,14 +15,6 @@
 
 namespace {
 
-int countDatagrams(QUdpSocket *socket, const QByteArray &wanted)
-{
-    int count = 0;
-    while (socket->hasPendingDatagrams())
-        count += socket->receiveDatagram().data() == wanted;
-    return count;
-}
-
 QStringList expectedRow(const camsimfleet::Camera &camera)
 {
     const bool winbond = camera.family == QLatin1String("Winbond");
@@ -79,6 +71,12 @@ private slots:
         QVERIFY(binaryProbe.bind(QHostAddress::AnyIPv4, veltor::kBinarySearchPort, shared));
         QVERIFY(hdsProbe.bind(QHostAddress::AnyIPv4, veltor::kHdsPort, shared));
         QVERIFY(hdsProbe.joinMulticastGroup(QHostAddress(veltor::kHdsGroup)));
+        const auto countDatagrams = [](QUdpSocket *socket, const QByteArray &wanted) {
+            int count = 0;
+            while (socket->hasPendingDatagrams())
+                count += socket->receiveDatagram().data() == wanted;
+            return count;
+        };
         QProgressBar *progress = window->findChild<QProgressBar *>("progressBar");
         int rowsAfterClear = -1, progressDuringSearch = 0;
         QTimer::singleShot(500, window, [&] { progressDuringSearch = progress->value(); });

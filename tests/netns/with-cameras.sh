@@ -88,11 +88,9 @@ run_tool() {
     bring_up_links 0 || exit 1
     # A camera answering from another network's address comes in on a link its
     # address is not routed through; strict reverse-path filtering would drop it.
-    if ((${#NETWORKS[@]} > 1)); then
-        for network in all default "${NETWORKS[@]%% *}"; do
-            sysctl -qw "net.ipv4.conf.$network.rp_filter=0" 2>/dev/null
-        done
-    fi
+    for network in all default "${NETWORKS[@]%% *}"; do
+        ((${#NETWORKS[@]} == 1)) || sysctl -qw "net.ipv4.conf.$network.rp_filter=0" 2>/dev/null
+    done
     touch "$work/link-ready"
     wait_for "$work/fleet.json" 120 "$cameras_pid" ||
         { echo "with-cameras: the simulator did not get ready" >&2; exit 1; }
