@@ -33,8 +33,7 @@ inline void answerNextModal(std::function<void(QWidget *)> answer, int timeoutMs
 // default, else first) and stores its title and text; other dialogs are rejected.
 struct SeenBox
 {
-    QString title;
-    QString text;
+    QString title, text;
     bool seen = false;
 };
 inline void answerNextMessageBox(SeenBox *seen, const QString &buttonText = QString(),

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
 #include <QStringList>
 #include <QVector>
 
@@ -36,7 +34,6 @@ inline QByteArray winbondReply(const WinbondFields &fields = WinbondFields())
     reply[87] = char(fields.dhcp);
     return reply;
 }
-
 // The default reply with another IP (dotted text) and MAC.
 inline QByteArray winbondAt(const QString &ip, const QByteArray &mac)
 {
@@ -47,7 +44,6 @@ inline QByteArray winbondAt(const QString &ip, const QByteArray &mac)
     fields.mac = mac;
     return winbondReply(fields);
 }
-
 // "HDS/1.0 200 OK" followed by the given lines, each ended by "\r\n".
 inline QByteArray hdsReply(const QList<QByteArray> &lines)
 {
@@ -56,7 +52,6 @@ inline QByteArray hdsReply(const QList<QByteArray> &lines)
         reply += line + "\r\n";
     return reply;
 }
-
 // A full HDS reply for a camera with the given IP and MAC.
 inline QByteArray hdsCamera(const QString &ip, const QString &mac, const QString &name = "Haisi1")
 {

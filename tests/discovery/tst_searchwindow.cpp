@@ -179,10 +179,9 @@ private slots:
 private:
     void send(const QByteArray &reply)
     {
-        if (reply.startsWith("MO_I"))
-            sender.writeDatagram(reply, QHostAddress::Broadcast, veltor::kBinarySearchPort);
-        else
-            sender.writeDatagram(reply, QHostAddress(veltor::kHdsGroup), veltor::kHdsPort);
+        const bool binary = reply.startsWith("MO_I");
+        sender.writeDatagram(reply, QHostAddress(binary ? "255.255.255.255" : veltor::kHdsGroup),
+                             binary ? veltor::kBinarySearchPort : veltor::kHdsPort);
     }
     void verifyTablesEqual()
     {

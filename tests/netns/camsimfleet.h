@@ -55,7 +55,6 @@ inline QVector<Camera> load(QString *why)
         *why = QStringLiteral("the fleet file %1 lists no cameras").arg(path);
     return cameras;
 }
-
 // GET http://ip:port/<path> of one camera, parsed as JSON; empty on failure.
 inline QJsonObject fetchJson(const Camera &camera, const QString &path, int timeoutMs = 5000)
 {
@@ -70,14 +69,12 @@ inline QJsonObject fetchJson(const Camera &camera, const QString &path, int time
     reply->deleteLater();
     return QJsonDocument::fromJson(reply->readAll()).object();
 }
-
 // The simulated SD card of a Haisi camera through "/camsim/sdcard?" + query
 // (reset=1, cut=PATH, fail=PATH ...): its files after the change.
 inline QJsonArray sdCardControl(const Camera &camera, const QString &query)
 {
     return fetchJson(camera, "/camsim/sdcard?" + query)["files"].toArray();
 }
-
 // SHA-256 (hex) of every file on that card below `prefix`, by the path after it.
 inline QMap<QString, QByteArray> sdCardHashes(const Camera &camera, const QString &prefix)
 {
