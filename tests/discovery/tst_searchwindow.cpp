@@ -61,8 +61,7 @@ private slots:
         auto *box = window->findChild<QCheckBox *>("automaticSearchBox");
         box->setChecked(true);
         // The newest timer of the window is the one the check created.
-        QTimer *timer =
-            window->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly).last();
+        auto *timer = window->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly).last();
         QVERIFY(timer->isActive() && !timer->isSingleShot());
         QCOMPARE(timer->interval(), veltor::kAutoSearchIntervalMs);
         QVERIFY(timer->remainingTime() > veltor::kAutoSearchIntervalMs - 1000);

@@ -5,8 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QMap>
-#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QString>
 #include <QVector>

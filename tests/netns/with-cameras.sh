@@ -6,7 +6,6 @@
 # addresses on the link of their /16). COMMAND gets VELTOR_CAMSIM_STATUS (the
 # fleet file) and VELTOR_TOOL_IP; exit 77 when no namespace can be made here.
 set -u
-readonly PREFIX=16
 if [[ ${1:-} == --two-networks || ${VELTOR_NETNS_NETWORKS:-} == 2 ]]; then
     [[ ${1:-} != --two-networks ]] || shift
     export VELTOR_NETNS_NETWORKS=2
@@ -42,7 +41,7 @@ bring_up_links() {
     local f network
     for network in "${NETWORKS[@]}"; do
         read -ra f <<<"$network"
-        ip link set "${f[$1]}" up && ip addr add "${f[$1 + 1]}/$PREFIX" dev "${f[$1]}" || return 1
+        ip link set "${f[$1]}" up && ip addr add "${f[$1 + 1]}/16" dev "${f[$1]}" || return 1
     done
     read -ra f <<<"${NETWORKS[0]}"
     ip route add default dev "${f[$1]}"
@@ -61,7 +60,7 @@ run_cameras() {
             read -ra f <<<"$network"
             [[ ${address%.*.*} == "${f[3]%.*.*}" ]] && link=${f[2]}
         done
-        echo "addr add $address/$PREFIX dev $link"
+        echo "addr add $address/16 dev $link"
     done | ip -batch - || exit 1
     ((${#NETWORKS[@]} == 1)) || every_link=(--every-link)
     exec "$camsim" "$@" "${every_link[@]}" --bind-each-ip --status-file "$work/fleet.json"
