@@ -1,5 +1,7 @@
 #include "netconf/configmessages.h"
 #include "netconf/configparse.h"
+#include "netconf/submitchecks.h"
+#include "netconf/submitmessages.h"
 
 #include <QtTest>
 
@@ -9,26 +11,26 @@ Q_DECLARE_METATYPE(veltor::NetworkSettings)
 
 namespace {
 
-NetworkSettings staticSettings(const QString &port = QStringLiteral("80"))
-{
-    NetworkSettings s;
-    s.ip = QStringLiteral("192.168.1.20");
-    s.subnet = QStringLiteral("255.255.255.0");
-    s.gateway = QStringLiteral("192.168.1.1");
-    s.dns = QStringLiteral("8.8.8.8");
-    s.port = port;
-    return s;
-}
-
-NetworkSettings dhcpSettings(const QString &port)
-{
-    NetworkSettings s;
-    s.dhcp = true;
-    s.port = port;
-    return s;
-}
-
 const char kMac[] = "00:0A:1b:2C:3D:4E";
+
+// A good form; `changes` ("ip=1.2.3", "dhcp=1") replace its fields.
+NetworkSettings form(const QStringList &changes = {})
+{
+    NetworkSettings s{"192.168.1.20", "255.255.255.0", "192.168.1.1", "8.8.8.8", "80", false};
+    for (const QString &change : changes) {
+        const QString key = change.section('=', 0, 0), value = change.section('=', 1);
+        QString *field = key == "ip"        ? &s.ip
+                         : key == "subnet"  ? &s.subnet
+                         : key == "gateway" ? &s.gateway
+                         : key == "dns"     ? &s.dns
+                                            : &s.port;
+        if (key == "dhcp")
+            s.dhcp = value == "1";
+        else
+            *field = value;
+    }
+    return s;
+}
 
 } // namespace
 
@@ -49,9 +51,10 @@ private slots:
     void winbondToHex();
     void hdsParseRejects_data();
     void hdsParseRejects();
-    void winbondParseRoundTrip();
     void cameraCommands_data();
     void cameraCommands();
+    void submitChecks_data();
+    void submitChecks();
 };
 
 void ConfigMessagesTest::hdsRequest_data()
@@ -61,33 +64,24 @@ void ConfigMessagesTest::hdsRequest_data()
     QTest::addColumn<QString>("password");
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QByteArray>("expected");
-
-    const QByteArray head = "CMD * HDS/1.0\r\nCSeq:";
-    const QByteArray client = "\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
-                              "Accept-Type:text/HDP\r\nAuthorization:Basic ";
-    const QByteArray dhcpOff = veltor::netconfBody(staticSettings(), QLatin1String(kMac));
-    QTest::newRow("dhcp on") << 0u << "admin"
-                             << "secret"
-                             << veltor::netconfBody(dhcpSettings("80"), QLatin1String(kMac))
-                             << head + "0" + client +
-                                    "admin:secret\r\nDevice-ID:DEV1\r\nContent-Length:20\r\n\r\n"
-                                    "netconf set -dhcp on";
-    QTest::newRow("dhcp off") << 1u << "admin"
-                              << "" << dhcpOff
-                              << head + "1" + client +
-                                     "admin:\r\nDevice-ID:DEV1\r\nContent-Length:" +
-                                     QByteArray::number(dhcpOff.size()) + "\r\n\r\n" + dhcpOff;
-    QTest::newRow("port") << 2u << "admin"
-                          << "a:b" << veltor::httpPortBody("8080")
-                          << head + "2" + client +
-                                 "admin:a:b\r\nDevice-ID:DEV1\r\nContent-Length:27\r\n\r\n"
-                                 "httpport set -httpport 8080";
+    // `tail`: the Authorization value on, the body's length left out.
+    const auto row = [](const char *tag, quint32 cseq, const char *user, const char *password,
+                        const QByteArray &body, const QByteArray &tail) {
+        QTest::newRow(tag) << cseq << QString(user) << QString(password) << body
+                           << "CMD * HDS/1.0\r\nCSeq:" + QByteArray::number(cseq) +
+                                  "\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
+                                  "Accept-Type:text/HDP\r\nAuthorization:Basic " +
+                                  tail.left(tail.indexOf('#')) + "\r\nDevice-ID:DEV1\r\n" +
+                                  "Content-Length:" + tail.mid(tail.indexOf('#') + 1) + "\r\n\r\n" +
+                                  body;
+    };
+    row("dhcp on", 0, "admin", "secret", veltor::netconfBody(form({"dhcp=1"}), kMac),
+        "admin:secret#20");
+    row("dhcp off", 1, "admin", "", veltor::netconfBody(form(), kMac), "admin:#128");
+    row("port", 2, "admin", "a:b", veltor::httpPortBody("8080"), "admin:a:b#27");
     // Content-Length counts bytes: "ü" is two of them.
-    QTest::newRow("non-ascii") << 4294967295u << "jürgen"
-                               << "pässwort" << QByteArray("httpport set -httpport \xc3\xbc")
-                               << head + "4294967295" + client +
-                                      "j\xc3\xbcrgen:p\xc3\xa4sswort\r\nDevice-ID:DEV1\r\n"
-                                      "Content-Length:25\r\n\r\nhttpport set -httpport \xc3\xbc";
+    row("non-ascii", 4294967295u, "jürgen", "pässwort", "httpport set -httpport \xc3\xbc",
+        "j\xc3\xbcrgen:p\xc3\xa4sswort#25");
 }
 
 void ConfigMessagesTest::hdsRequest()
@@ -96,17 +90,13 @@ void ConfigMessagesTest::hdsRequest()
     QFETCH(QString, user);
     QFETCH(QString, password);
     QFETCH(QByteArray, body);
-    QFETCH(QByteArray, expected);
-    const QByteArray request =
-        veltor::hdsCmdRequest(cseq, user, password, QStringLiteral("DEV1"), body);
-    QCOMPARE(request, expected);
-
+    const QByteArray request = veltor::hdsCmdRequest(cseq, user, password, "DEV1", body);
+    QTEST(request, "expected");
     const auto parsed = veltor::parseHdsCmd(request);
     QVERIFY(parsed);
+    QCOMPARE((QStringList{parsed->user, parsed->password, parsed->deviceId}),
+             (QStringList{user, password, "DEV1"}));
     QCOMPARE(parsed->cseq, cseq);
-    QCOMPARE(parsed->user, user);
-    QCOMPARE(parsed->password, password);
-    QCOMPARE(parsed->deviceId, QStringLiteral("DEV1"));
     QCOMPARE(parsed->body, body);
 }
 
@@ -115,20 +105,13 @@ void ConfigMessagesTest::gatewayAdjustment_data()
     QTest::addColumn<QString>("ip");
     QTest::addColumn<QString>("gateway");
     QTest::addColumn<QString>("sent");
-
-    QTest::newRow("other /24") << "192.168.2.50"
-                               << "192.168.1.1"
-                               << "192.168.2.1";
-    QTest::newRow("same /24") << "192.168.2.50"
-                              << "192.168.2.254"
-                              << "192.168.2.254";
-    QTest::newRow("first part differs") << "10.168.2.50"
-                                        << "192.168.2.7"
-                                        << "10.168.2.7";
-    // Compared as text, as typed.
-    QTest::newRow("leading zero") << "192.168.02.50"
-                                  << "192.168.2.1"
-                                  << "192.168.02.1";
+    const auto row = [](const char *tag, const char *ip, const char *gateway, const char *sent) {
+        QTest::newRow(tag) << QString(ip) << QString(gateway) << QString(sent);
+    };
+    row("other /24", "192.168.2.50", "192.168.1.1", "192.168.2.1");
+    row("same /24", "192.168.2.50", "192.168.2.254", "192.168.2.254");
+    row("first part differs", "10.168.2.50", "192.168.2.7", "10.168.2.7");
+    row("compared as typed", "192.168.02.50", "192.168.2.1", "192.168.02.1");
 }
 
 void ConfigMessagesTest::gatewayAdjustment()
@@ -137,64 +120,48 @@ void ConfigMessagesTest::gatewayAdjustment()
     QFETCH(QString, gateway);
     QFETCH(QString, sent);
     QCOMPARE(veltor::adjustGateway(ip, gateway), sent);
-
-    NetworkSettings s = staticSettings();
-    s.ip = ip;
-    s.gateway = gateway;
-    const QByteArray body = veltor::netconfBody(s, QLatin1String(kMac));
-    QCOMPARE(body, "netconf set -dhcp off -ipaddr " + ip.toUtf8() +
-                       " -netmask 255.255.255.0 -gateway " + sent.toUtf8() + " -hwaddr " + kMac +
-                       " -fdnsip 8.8.8.8");
+    QCOMPARE(veltor::netconfBody(form({"ip=" + ip, "gateway=" + gateway}), kMac),
+             "netconf set -dhcp off -ipaddr " + ip.toUtf8() + " -netmask 255.255.255.0 -gateway " +
+                 sent.toUtf8() + " -hwaddr " + kMac + " -fdnsip 8.8.8.8");
 }
 
 void ConfigMessagesTest::winbondDatagram_data()
 {
     QTest::addColumn<NetworkSettings>("settings");
     QTest::addColumn<QByteArray>("addressesAndPort"); // bytes 66 to 83, hex
-
-    QTest::newRow("dhcp off") << staticSettings()
-                              << QByteArray("c0a80114"
-                                            "ffffff00"
-                                            "c0a80101"
-                                            "08080808"
-                                            "0050");
-    QTest::newRow("dhcp on, port kept") << dhcpSettings("8080")
-                                        << QByteArray("00000000000000000000000000000000"
-                                                      "1f90");
-    QTest::newRow("port 8080") << staticSettings("8080")
-                               << QByteArray("c0a80114ffffff00c0a8010108080808"
-                                             "1f90");
-    QTest::newRow("empty port") << staticSettings("")
-                                << QByteArray("c0a80114ffffff00c0a8010108080808"
-                                              "0000");
-    QTest::newRow("port 65535") << staticSettings("65535")
-                                << QByteArray("c0a80114ffffff00c0a8010108080808"
-                                              "ffff");
+    const QByteArray addresses = "c0a80114ffffff00c0a8010108080808";
+    QTest::newRow("dhcp off") << form() << addresses + "0050";
+    QTest::newRow("dhcp on, port kept")
+        << form({"dhcp=1", "port=8080"}) << QByteArray(32, '0') + "1f90";
+    QTest::newRow("port 8080") << form({"port=8080"}) << addresses + "1f90";
+    QTest::newRow("empty port") << form({"port="}) << addresses + "0000";
+    QTest::newRow("port 65535") << form({"port=65535"}) << addresses + "ffff";
 }
 
 void ConfigMessagesTest::winbondDatagram()
 {
     QFETCH(NetworkSettings, settings);
-    QFETCH(QByteArray, addressesAndPort);
     const QByteArray datagram =
-        veltor::winbondConfigDatagram(QLatin1String(kMac), "admin", "123456789012", settings);
-    QCOMPARE(datagram.size(), 84);
-    const QByteArray header = QByteArray::fromHex("4d4f5f49"
-                                                  "0200"
-                                                  "000000000000000000"
-                                                  "3d000000"
-                                                  "3d000000"
-                                                  "00000000");
-    QCOMPARE(datagram.left(27), header);
-    QCOMPARE(datagram.mid(27, 13), QByteArray("000A1b2C3D4E\0", 13));
-    QCOMPARE(datagram.mid(40, 13), QByteArray("admin\0\0\0\0\0\0\0\0", 13));
-    QCOMPARE(datagram.mid(53, 13), QByteArray("123456789012\0", 13));
-    QCOMPARE(datagram.mid(66).toHex(), addressesAndPort);
+        veltor::winbondConfigDatagram(kMac, "ädmin", "123456789012", settings);
+    const auto field = [](const QByteArray &text) { return text.leftJustified(13, '\0'); };
+    QCOMPARE(datagram.left(66),
+             QByteArray::fromHex("4d4f5f4902000000000000000000003d0000003d00000000000000") +
+                 field("000A1b2C3D4E") + field("\xc3\xa4\x64min") + field("123456789012"));
+    QTEST(datagram.mid(66).toHex(), "addressesAndPort");
 
     const auto parsed = veltor::parseWinbondConfig(datagram);
     QVERIFY(parsed);
+    QCOMPARE(parsed->mac, QStringLiteral("000A1b2C3D4E"));
+    QCOMPARE(parsed->user + ':' + parsed->password, QStringLiteral("ädmin:123456789012"));
     QCOMPARE(parsed->settings.dhcp, settings.dhcp);
-    QCOMPARE(parsed->password, QStringLiteral("123456789012"));
+    QCOMPARE(parsed->settings.port, settings.port.isEmpty() ? "0" : settings.port);
+    if (!settings.dhcp)
+        QCOMPARE((QStringList{parsed->settings.ip, parsed->settings.subnet,
+                              parsed->settings.gateway, parsed->settings.dns}),
+                 (QStringList{settings.ip, settings.subnet, settings.gateway, settings.dns}));
+    QVERIFY(!veltor::parseWinbondConfig(datagram.chopped(1)));
+    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(0, 4, "MO_X")));
+    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(4, 1, "\x01")));
 }
 
 void ConfigMessagesTest::winbondFieldLimits_data()
@@ -203,25 +170,23 @@ void ConfigMessagesTest::winbondFieldLimits_data()
     QTest::addColumn<QString>("user");
     QTest::addColumn<QString>("password");
     QTest::addColumn<int>("problem");
-
+    QTest::addColumn<QString>("message");
     using P = veltor::WinbondFieldProblem;
-    const QString twelve = QStringLiteral("abcdefghijkl");
-    QTest::newRow("12 bytes fit") << kMac << twelve << twelve << int(P::None);
-    QTest::newRow("13-byte user") << kMac << QString(twelve + "m") << "" << int(P::User);
-    QTest::newRow("13-byte password") << kMac << "" << QString(twelve + "m") << int(P::Password);
-    QTest::newRow("6 umlauts are 12 bytes")
-        << kMac << QString(6, QChar(0xe4)) << "" << int(P::None);
-    QTest::newRow("7 umlauts are 14 bytes")
-        << kMac << "" << QString(7, QChar(0xe4)) << int(P::Password);
-    QTest::newRow("short mac") << "00:0A:1B:2C:3D"
-                               << ""
-                               << "" << int(P::Mac);
-    QTest::newRow("long mac") << "00:0A:1B:2C:3D:4E:5F"
-                              << ""
-                              << "" << int(P::Mac);
-    QTest::newRow("no mac") << ""
-                            << ""
-                            << "" << int(P::Mac);
+    const auto row = [](const char *tag, const QString &mac, const QString &user,
+                        const QString &password, P problem, const QString &message) {
+        QTest::newRow(tag) << mac << user << password << int(problem) << message;
+    };
+    const QString twelve = QStringLiteral("abcdefghijkl"), none;
+    const QString badMac = QStringLiteral("The MAC address of this camera has a wrong format");
+    const QString tooLong = QStringLiteral("The %1 is too long for this camera (at most 12 bytes)");
+    row("12 bytes fit", kMac, twelve, twelve, P::None, none);
+    row("13-byte user", kMac, twelve + "m", none, P::User, tooLong.arg("username"));
+    row("13-byte password", kMac, none, twelve + "m", P::Password, tooLong.arg("password"));
+    row("6 umlauts are 12 bytes", kMac, QString(6, QChar(0xe4)), none, P::None, none);
+    row("7 umlauts are 14 bytes", kMac, none, QString(7, QChar(0xe4)), P::Password,
+        tooLong.arg("password"));
+    row("short mac", "00:0A:1B:2C:3D", none, none, P::Mac, badMac);
+    row("long mac", "00:0A:1B:2C:3D:4E:5F", none, none, P::Mac, badMac);
 }
 
 void ConfigMessagesTest::winbondFieldLimits()
@@ -230,17 +195,15 @@ void ConfigMessagesTest::winbondFieldLimits()
     QFETCH(QString, user);
     QFETCH(QString, password);
     QFETCH(int, problem);
-    QCOMPARE(int(veltor::checkWinbondFields(mac, user, password)), problem);
-    const QByteArray datagram =
-        veltor::winbondConfigDatagram(mac, user, password, staticSettings());
+    const auto found = veltor::checkWinbondFields(mac, user, password);
+    QCOMPARE(int(found), problem);
+    QTEST(veltor::winbondFieldMessage(found), "message");
     // Refused, never cut.
-    QCOMPARE(datagram.isEmpty(), problem != int(veltor::WinbondFieldProblem::None));
-    if (!datagram.isEmpty()) {
-        const auto parsed = veltor::parseWinbondConfig(datagram);
-        QVERIFY(parsed);
-        QCOMPARE(parsed->user, user);
-        QCOMPARE(parsed->password, password);
-    }
+    const auto parsed =
+        veltor::parseWinbondConfig(veltor::winbondConfigDatagram(mac, user, password, form()));
+    QCOMPARE(bool(parsed), problem == int(veltor::WinbondFieldProblem::None));
+    if (parsed)
+        QCOMPARE(parsed->user + ':' + parsed->password, user + ':' + password);
 }
 
 void ConfigMessagesTest::winbondToHex_data()
@@ -248,33 +211,27 @@ void ConfigMessagesTest::winbondToHex_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QByteArray>("hex");
-
-    QTest::newRow("ip") << " 192.168.1.10 "
-                        << "ip" << QByteArray("c0a8010a");
-    QTest::newRow("subnet") << "255.255.255.0"
-                            << "subnet" << QByteArray("ffffff00");
-    QTest::newRow("port is one byte") << "80"
-                                      << "port" << QByteArray("50");
-    QTest::newRow("mac") << "00:0A:1B:2C:3D:4E"
-                         << "mac" << QByteArray("000A1B2C3D4E");
-    QTest::newRow("name") << "Cam1"
-                          << "name" << QByteArray();
+    const auto row = [](const char *value, const char *key, const char *hex) {
+        QTest::newRow(key) << QString(value) << QString(key) << QByteArray(hex);
+    };
+    row(" 192.168.1.10 ", "ip", "c0a8010a");
+    row("255.255.255.0", "subnet", "ffffff00");
+    row("80", "port", "50"); // one byte
+    row("00:0A:1B:2C:3D:4E", "mac", "000A1B2C3D4E");
+    row("Cam1", "name", "");
 }
 
 void ConfigMessagesTest::winbondToHex()
 {
     QFETCH(QString, value);
     QFETCH(QString, key);
-    QFETCH(QByteArray, hex);
-    QCOMPARE(veltor::winbondToHex(value, key), hex);
+    QTEST(veltor::winbondToHex(value, key), "hex");
 }
 
 void ConfigMessagesTest::hdsParseRejects_data()
 {
     QTest::addColumn<QByteArray>("datagram");
-
     const QByteArray good = veltor::hdsCmdRequest(7, "admin", "pw", "D", "netconf set -dhcp on");
-    QVERIFY(veltor::parseHdsCmd(good));
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("search") << QByteArray("SEARCH * HDS/1.0\r\nCSeq:0\r\n\r\n");
     QTest::newRow("no blank line") << good.left(good.indexOf("\r\n\r\n"));
@@ -292,58 +249,89 @@ void ConfigMessagesTest::hdsParseRejects()
     QVERIFY(!veltor::parseHdsCmd(datagram));
 }
 
-void ConfigMessagesTest::winbondParseRoundTrip()
-{
-    NetworkSettings settings = staticSettings("8080");
-    const QByteArray datagram = veltor::winbondConfigDatagram(kMac, "ädmin", "p&#w", settings);
-    const auto parsed = veltor::parseWinbondConfig(datagram);
-    QVERIFY(parsed);
-    QCOMPARE(parsed->mac, QStringLiteral("000A1b2C3D4E"));
-    QCOMPARE(parsed->user, QStringLiteral("ädmin"));
-    QCOMPARE(parsed->password, QStringLiteral("p&#w"));
-    QCOMPARE(parsed->settings.ip, settings.ip);
-    QCOMPARE(parsed->settings.subnet, settings.subnet);
-    QCOMPARE(parsed->settings.gateway, settings.gateway);
-    QCOMPARE(parsed->settings.dns, settings.dns);
-    QCOMPARE(parsed->settings.port, settings.port);
-
-    QVERIFY(!veltor::parseWinbondConfig(datagram.chopped(1)));
-    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(0, 4, "MO_X")));
-    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(4, 1, "\x01")));
-}
-
 void ConfigMessagesTest::cameraCommands_data()
 {
     QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<bool>("dhcp");
-    QTest::addColumn<QString>("ipOrPort");
-
-    QTest::newRow("dhcp on") << QByteArray("netconf set -dhcp on") << true << true << "";
-    QTest::newRow("dhcp off") << veltor::netconfBody(staticSettings(), kMac) << true << false
-                              << "192.168.1.20";
-    QTest::newRow("port") << QByteArray("httpport set -httpport 81") << true << false << "81";
-    QTest::newRow("missing value") << QByteArray("httpport set -httpport") << false << false << "";
-    QTest::newRow("unknown command") << QByteArray("reboot set -now 1") << false << false << "";
-    QTest::newRow("off without address")
-        << QByteArray("netconf set -dhcp off") << false << false << "";
-    QTest::newRow("bad dhcp word") << QByteArray("netconf set -dhcp maybe") << false << false << "";
+    QTest::addColumn<QString>("parsed"); // dhcp flag and address or port; empty: refused
+    const auto row = [](const char *tag, const QByteArray &body, const char *parsed) {
+        QTest::newRow(tag) << body << QString(parsed);
+    };
+    row("dhcp on", "netconf set -dhcp on", "1 ");
+    row("dhcp off", veltor::netconfBody(form(), kMac), "0 192.168.1.20");
+    row("port", "httpport set -httpport 81", "0 81");
+    row("missing value", "httpport set -httpport", "");
+    row("unknown command", "reboot set -now 1", "");
+    row("off without address", "netconf set -dhcp off", "");
+    row("bad dhcp word", "netconf set -dhcp maybe", "");
 }
 
 void ConfigMessagesTest::cameraCommands()
 {
     QFETCH(QByteArray, body);
-    QFETCH(bool, valid);
-    QFETCH(bool, dhcp);
-    QFETCH(QString, ipOrPort);
     const auto command = veltor::parseCameraCommand(body);
-    QCOMPARE(bool(command), valid);
-    if (!command)
-        return;
-    QCOMPARE(command->settings.dhcp, dhcp);
-    const QString value = command->kind == veltor::CameraCommand::HttpPort ? command->settings.port
-                                                                           : command->settings.ip;
-    QCOMPARE(value, ipOrPort);
+    const bool port = command && command->kind == veltor::CameraCommand::HttpPort;
+    QTEST(!command ? QString()
+                   : QString::number(command->settings.dhcp) + ' ' +
+                         (port ? command->settings.port : command->settings.ip),
+          "parsed");
+}
+
+void ConfigMessagesTest::submitChecks_data()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<QStringList>("changes");
+    QTest::addColumn<int>("step");
+    const auto row = [](const char *tag, const char *family, const QStringList &changes, int step) {
+        QTest::newRow(tag) << QString(family) << changes << step;
+    };
+    const char *W = "Winbond", *H = "Haisi";
+    row("all good", W, {}, 0);
+    row("empty port is 0", W, {"port="}, 0);
+    row("1 minus sign", W, {"port=-1"}, 1);
+    row("1 letter", H, {"dhcp=1", "port=8o"}, 1);
+    row("1 before 4", H, {"port=x", "ip=1.2.3"}, 1);
+    row("65535", W, {"port=65535"}, 0);
+    row("2 65536", W, {"port=65536"}, 2);
+    row("too long for int", W, {"port=99999999999"}, 0);
+    row("4 three parts", H, {"ip=1.2.3"}, 4);
+    row("4 five parts", H, {"ip=1.2.3.4.5"}, 4);
+    row("4 letters", H, {"dhcp=1", "ip=a.b.c.d"}, 4);
+    row("4 empty, dhcp on", W, {"dhcp=1", "ip="}, 4);
+    row("5 subnet", H, {"subnet=255.255.0"}, 5);
+    row("6 gateway", H, {"gateway=gw"}, 6);
+    row("7 dns", H, {"dns=8.8.8.8."}, 7);
+    row("8 ip 256", W, {"ip=256.1.1.1"}, 8);
+    row("8 empty part", W, {"ip=1..2.3"}, 8);
+    row("9 subnet", W, {"subnet=255.255.256.0"}, 9);
+    row("10 gateway", W, {"gateway=1.1.1.300"}, 10);
+    row("11 dns", W, {"dns=999.8.8.8"}, 11);
+    row("8 before 11", W, {"ip=1.1.1.256", "dns=9.9.9.999"}, 8);
+    row("haisi takes 300", H, {"ip=300.1.1.1"}, 0);
+    row("winbond dhcp skips range", W, {"dhcp=1", "ip=300.1.1.1"}, 0);
+    row("unknown family skips range", "", {"ip=300.1.1.1"}, 0);
+}
+
+void ConfigMessagesTest::submitChecks()
+{
+    QFETCH(QString, family);
+    QFETCH(QStringList, changes);
+    QFETCH(int, step);
+    const veltor::SubmitCheck check = veltor::firstFailedCheck(form(changes), family);
+    QCOMPARE(int(check), step);
+    const QString range = QStringLiteral("Port needs to be a value in range of 0-65535");
+    const QStringList messages{"",
+                               "Port invalid",
+                               range,
+                               range,
+                               "Ip-address has a wrong format",
+                               "Subnet has a wrong format",
+                               "Gateway has a wrong format",
+                               "DNS has a wrong format",
+                               "Ip-address has invalid values",
+                               "Subnet-address has invalid values",
+                               "Gateway-address has invalid values",
+                               "DNS-address has invalid values"};
+    QCOMPARE(veltor::submitCheckMessage(check), messages.value(step));
 }
 
 QTEST_GUILESS_MAIN(ConfigMessagesTest)
