@@ -1,15 +1,12 @@
 #include "app/aboutdialog.h"
 #include "app/mainwindow.h"
-#include "app/startup.h"
 
 #include "testsupport.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
-#include <QLabel>
 #include <QTableWidget>
-#include <QTranslator>
 #include <QtTest>
 
 class tst_MainWindow : public QObject
@@ -17,12 +14,10 @@ class tst_MainWindow : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { veltor::initResources(); }
     void startsLocked();
     void menus();
     void refreshRebuildsInterfaceList();
     void aboutIsNewEachTime();
-    void germanTexts();
 };
 
 // Nothing of a camera can be changed before its credentials are proved.
@@ -78,25 +73,6 @@ void tst_MainWindow::aboutIsNewEachTime()
         window.findChild<QAction *>("actionAbout")->trigger();
     }
     QCOMPARE(window.findChildren<aboutDialog *>().size(), 2);
-}
-
-void tst_MainWindow::germanTexts()
-{
-    QTranslator translator;
-    QVERIFY(translator.load(QLatin1String(veltor::kGermanTranslation)));
-    QCoreApplication::installTranslator(&translator);
-    MainWindow window;
-    QCoreApplication::removeTranslator(&translator);
-    QVERIFY(window.windowTitle().contains("VELTOR"));
-    const QStringList english{"Search", "Automatic Search", "Obtain IP from DHCP Server", "Browse",
-                              "Show Files"};
-    const char *names[] = {"searchButton", "automaticSearchBox", "dhcpCheckbox", "fileChoose",
-                           "viewFilesBtn"};
-    for (int i = 0; i < english.size(); ++i) {
-        const QString shown = window.findChild<QAbstractButton *>(names[i])->text();
-        QVERIFY2(!shown.isEmpty() && shown != english.at(i), qPrintable(shown));
-    }
-    QVERIFY(window.findChild<QLabel *>("fileChooseLabel")->text() != "Path:");
 }
 
 QTEST_MAIN(tst_MainWindow)

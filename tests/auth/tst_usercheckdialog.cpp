@@ -71,9 +71,6 @@ void UserCheckDialogTest::check_data()
         "/check_user.cgi?user=a%26b%3Dc&pwd=p%23w%2B%20%252F%C3%A4%26pwd%3Dx");
     row("401 stays open", "Winbond", "127.0.0.1", "401", admin, "bad", wrong, false,
         "/check_user.cgi?user=admin&pwd=bad");
-    row("no answer is a timeout", "Haisi", "127.0.0.1", "never", admin, "x",
-        "Authentication|Timeout, username and password could not be checked", true,
-        "/param.cgi?cmd=getuserinfo&usr=admin&pwd=x");
     // Never needed, and must not pile up in memory while it arrives.
     row("100 MiB answer", "Haisi", "127.0.0.1", "garbage", admin, "x", "", true,
         "/param.cgi?cmd=getuserinfo&usr=admin&pwd=x");

@@ -286,19 +286,11 @@ void IpConfCamerasTest::submitUnchecked_data()
     const QString good = QStringLiteral("10.99.0.20 255.255.255.0 10.99.0.1 8.8.8.8 80");
     row("port invalid", "Haisi", "pw", false, "10.99.0.20 255.255.255.0 10.99.0.1 8.8.8.8 -1",
         "Port invalid", {});
-    row("winbond range", "Winbond", "pw", false, "10.99.0.20 255.255.255.0 10.99.0.1 999.8.8.8 80",
-        "DNS-address has invalid values", {});
     row("winbond password too long", "Winbond", "1234567890123", true, good,
         "The password is too long for this camera (at most 12 bytes)", {});
     row("unknown family", "Sony", "pw", false, good, "", {});
     row("haisi, dhcp on, no port", "Haisi", "pw", true,
         "10.99.0.20 255.255.255.0 10.99.0.1 8.8.8.8", "", {"0 netconf set -dhcp on"});
-    row("haisi takes 300 as typed", "Haisi", "pw", false,
-        "300.1.1.1 255.255.255.0 300.1.1.1 8.8.8.8 8080", "",
-        {"0 netconf set -dhcp off -ipaddr 300.1.1.1 -netmask 255.255.255.0 -gateway 300.1.1.1 "
-         "-hwaddr 00:0A:1B:2C:3D:4E -fdnsip 8.8.8.8",
-         "1 httpport set -httpport 8080"});
-    row("winbond", "Winbond", "pw", false, good, "", {"000A1B2C3D4E 10.99.0.20"});
 }
 
 void IpConfCamerasTest::submitUnchecked()
