@@ -215,6 +215,8 @@ void IpConfCamerasTest::changeSettings()
     QCOMPARE(modals->texts, QStringList{"Your username or password is not correct!"});
     for (const char *name : {"dhcpsubmit", "ipaddress", "httpport", "updateSubmit", "viewFilesBtn"})
         QVERIFY2(enabled(name), name);
+    click(row); // unlocked now: no dialog
+    QCOMPARE(modals->dialogTitles.size(), 2);
 
     modals->titles.clear();
     modals->texts.clear();
