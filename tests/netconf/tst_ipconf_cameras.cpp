@@ -12,6 +12,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QNetworkDatagram>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QUdpSocket>
@@ -70,17 +71,6 @@ std::function<void(QWidget *)> typeCredentials(const QString &user, const QStrin
         dialog->findChild<QLineEdit *>(QStringLiteral("pass"))->setText(password);
         dialog->findChild<QPushButton *>(QStringLiteral("userok"))->click();
     };
-}
-
-QList<QByteArray> drain(QUdpSocket *socket)
-{
-    QList<QByteArray> datagrams;
-    while (socket->hasPendingDatagrams()) {
-        QByteArray datagram(int(socket->pendingDatagramSize()), '\0');
-        socket->readDatagram(datagram.data(), datagram.size());
-        datagrams << datagram;
-    }
-    return datagrams;
 }
 
 } // namespace
@@ -319,11 +309,14 @@ void IpConfCamerasTest::submitUnchecked()
 
     QStringList seen;
     const auto collect = [&] {
-        for (const QByteArray &datagram : drain(&group) + drain(&broadcast)) {
-            if (const auto cmd = veltor::parseHdsCmd(datagram))
-                seen << QString::number(cmd->cseq) + ' ' + QString::fromUtf8(cmd->body);
-            if (const auto config = veltor::parseWinbondConfig(datagram))
-                seen << config->mac + ' ' + config->settings.ip;
+        for (QUdpSocket *socket : {&group, &broadcast}) {
+            while (socket->hasPendingDatagrams()) {
+                const QByteArray datagram = socket->receiveDatagram().data();
+                if (const auto cmd = veltor::parseHdsCmd(datagram))
+                    seen << QString::number(cmd->cseq) + ' ' + QString::fromUtf8(cmd->body);
+                if (const auto config = veltor::parseWinbondConfig(datagram))
+                    seen << config->mac + ' ' + config->settings.ip;
+            }
         }
         return seen.size();
     };
