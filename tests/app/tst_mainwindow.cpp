@@ -1,12 +1,15 @@
 #include "app/aboutdialog.h"
 #include "app/mainwindow.h"
+#include "app/startup.h"
 
 #include "testsupport.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
+#include <QLabel>
 #include <QTableWidget>
+#include <QTranslator>
 #include <QtTest>
 
 class tst_MainWindow : public QObject
@@ -14,10 +17,12 @@ class tst_MainWindow : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { veltor::initResources(); }
     void startsLocked();
     void menus();
     void refreshRebuildsInterfaceList();
     void aboutIsNewEachTime();
+    void aboutVersion();
 };
 
 // Nothing of a camera can be changed before its credentials are proved.
@@ -73,6 +78,23 @@ void tst_MainWindow::aboutIsNewEachTime()
         window.findChild<QAction *>("actionAbout")->trigger();
     }
     QCOMPARE(window.findChildren<aboutDialog *>().size(), 2);
+}
+
+// The version the build was made with, not one written into the form, and
+// looked up under the form's context: a catalogue keyed on an old "Version x.y"
+// would leave the German line English.
+void tst_MainWindow::aboutVersion()
+{
+    QTranslator german;
+    QVERIFY(german.load(QLatin1String(veltor::kGermanTranslation)));
+    for (const char *expected : {"VELTOR Camera Tool,Version " VELTOR_VERSION "<",
+                                 "VELTOR Camera Tool, Version " VELTOR_VERSION "<"}) {
+        aboutDialog dialog;
+        const QString text = dialog.findChild<QLabel *>("label_2")->text();
+        QVERIFY2(text.contains(expected) && !text.contains("%1"), qPrintable(text));
+        QCoreApplication::installTranslator(&german);
+    }
+    QCoreApplication::removeTranslator(&german);
 }
 
 QTEST_MAIN(tst_MainWindow)
