@@ -18,84 +18,68 @@ class tst_MainWindow : public QObject
 
 private slots:
     void initTestCase() { veltor::initResources(); }
-    void startsLocked();
-    void menus();
-    void refreshRebuildsInterfaceList();
-    void aboutIsNewEachTime();
-    void aboutVersion();
+
+    // Nothing of a camera can be changed before its credentials are proved.
+    void startsLocked()
+    {
+        MainWindow window;
+        for (const char *name :
+             {"dhcpCheckbox", "ipaddress", "subnet", "gateway", "dns", "httpport", "dhcpsubmit",
+              "selectBox", "fileEdit", "fileChoose", "updateSubmit", "viewFilesBtn"})
+            QVERIFY2(!window.findChild<QWidget *>(name)->isEnabled(), name);
+        for (int i = 1; i <= 4; ++i) {
+            auto *table = window.findChild<QTableWidget *>(QString("tableWidgetSearch_%1").arg(i));
+            QCOMPARE(QSize(table->columnCount(), table->rowCount()), QSize(10, 0));
+            QCOMPARE(table->editTriggers(), QAbstractItemView::NoEditTriggers);
+        }
+        QCOMPARE(window.getSeqNum(), 0u);
+        QCOMPARE(window.getSeqNum(), 1u);
+        QCOMPARE(window.windowTitle(), QString("VELTOR Camera Tool"));
+        auto *full = window.findChild<QAction *>("actionFull");
+        QCOMPARE(full->shortcut(), QKeySequence("F11"));
+        full->setChecked(true);
+        QVERIFY(window.windowState() & Qt::WindowFullScreen);
+        full->setChecked(false);
+        QVERIFY(!(window.windowState() & Qt::WindowFullScreen));
+    }
+    void refreshRebuildsInterfaceList()
+    {
+        MainWindow window;
+        auto *combo = window.findChild<QComboBox *>("wifiComboBox");
+        QCOMPARE(combo->itemText(combo->count() - 1), QString("127.0.0.1"));
+        combo->addItem("leftover");
+        window.findChild<QAction *>("actionRefresh")->trigger();
+        QCOMPARE(combo->findText("leftover"), -1);
+        QCOMPARE(combo->currentIndex(), 0);
+        QCOMPARE(window.getNetwork(), combo->itemText(0));
+    }
+    void aboutIsNewEachTime()
+    {
+        MainWindow window;
+        for (int i = 0; i < 2; ++i) {
+            testsupport::answerNextModal([](QWidget *modal) {
+                QCOMPARE(modal->windowTitle(), QString("About VELTOR Camera Tool"));
+                modal->findChild<QAbstractButton *>("aboutbtn")->click();
+            });
+            window.findChild<QAction *>("actionAbout")->trigger();
+        }
+        QCOMPARE(window.findChildren<aboutDialog *>().size(), 2);
+    }
+    // The version the build was made with, looked up under the form's context: a catalogue
+    // keyed on an old "Version x.y" would leave the German line English.
+    void aboutVersion()
+    {
+        QTranslator german;
+        QVERIFY(german.load(QLatin1String(veltor::kGermanTranslation)));
+        for (const char *expected : {"VELTOR Camera Tool,Version " VELTOR_VERSION "<",
+                                     "VELTOR Camera Tool, Version " VELTOR_VERSION "<"}) {
+            const QString text = aboutDialog().findChild<QLabel *>("label_2")->text();
+            QVERIFY2(text.contains(expected) && !text.contains("%1"), qPrintable(text));
+            QCoreApplication::installTranslator(&german);
+        }
+        QCoreApplication::removeTranslator(&german);
+    }
 };
-
-// Nothing of a camera can be changed before its credentials are proved.
-void tst_MainWindow::startsLocked()
-{
-    MainWindow window;
-    for (const char *name :
-         {"dhcpCheckbox", "ipaddress", "subnet", "gateway", "dns", "httpport", "dhcpsubmit",
-          "selectBox", "fileEdit", "fileChoose", "updateSubmit", "viewFilesBtn"})
-        QVERIFY2(!window.findChild<QWidget *>(name)->isEnabled(), name);
-    for (int i = 1; i <= 4; ++i) {
-        auto *table = window.findChild<QTableWidget *>(QString("tableWidgetSearch_%1").arg(i));
-        QCOMPARE(table->columnCount(), 10);
-        QCOMPARE(table->rowCount(), 0);
-        QCOMPARE(table->editTriggers(), QAbstractItemView::NoEditTriggers);
-    }
-    QCOMPARE(window.getSeqNum(), 0u);
-    QCOMPARE(window.getSeqNum(), 1u);
-}
-
-void tst_MainWindow::menus()
-{
-    MainWindow window;
-    QCOMPARE(window.windowTitle(), QString("VELTOR Camera Tool"));
-    auto *full = window.findChild<QAction *>("actionFull");
-    QCOMPARE(full->shortcut(), QKeySequence("F11"));
-    full->setChecked(true);
-    QVERIFY(window.windowState() & Qt::WindowFullScreen);
-    full->setChecked(false);
-    QVERIFY(!(window.windowState() & Qt::WindowFullScreen));
-}
-
-void tst_MainWindow::refreshRebuildsInterfaceList()
-{
-    MainWindow window;
-    auto *combo = window.findChild<QComboBox *>("wifiComboBox");
-    QCOMPARE(combo->itemText(combo->count() - 1), QString("127.0.0.1"));
-    combo->addItem("leftover");
-    window.findChild<QAction *>("actionRefresh")->trigger();
-    QCOMPARE(combo->findText("leftover"), -1);
-    QCOMPARE(combo->currentIndex(), 0);
-    QCOMPARE(window.getNetwork(), combo->itemText(0));
-}
-
-void tst_MainWindow::aboutIsNewEachTime()
-{
-    MainWindow window;
-    for (int i = 0; i < 2; ++i) {
-        testsupport::answerNextModal([](QWidget *modal) {
-            QCOMPARE(modal->windowTitle(), QString("About VELTOR Camera Tool"));
-            modal->findChild<QAbstractButton *>("aboutbtn")->click();
-        });
-        window.findChild<QAction *>("actionAbout")->trigger();
-    }
-    QCOMPARE(window.findChildren<aboutDialog *>().size(), 2);
-}
-
-// The version the build was made with, not one written into the form, and
-// looked up under the form's context: a catalogue keyed on an old "Version x.y"
-// would leave the German line English.
-void tst_MainWindow::aboutVersion()
-{
-    QTranslator german;
-    QVERIFY(german.load(QLatin1String(veltor::kGermanTranslation)));
-    for (const char *expected : {"VELTOR Camera Tool,Version " VELTOR_VERSION "<",
-                                 "VELTOR Camera Tool, Version " VELTOR_VERSION "<"}) {
-        aboutDialog dialog;
-        const QString text = dialog.findChild<QLabel *>("label_2")->text();
-        QVERIFY2(text.contains(expected) && !text.contains("%1"), qPrintable(text));
-        QCoreApplication::installTranslator(&german);
-    }
-    QCoreApplication::removeTranslator(&german);
-}
 
 QTEST_MAIN(tst_MainWindow)
 #include "tst_mainwindow.moc"

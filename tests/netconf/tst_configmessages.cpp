@@ -19,17 +19,24 @@ NetworkSettings form(const QStringList &changes = {})
     NetworkSettings s{"192.168.1.20", "255.255.255.0", "192.168.1.1", "8.8.8.8", "80", false};
     for (const QString &change : changes) {
         const QString key = change.section('=', 0, 0), value = change.section('=', 1);
-        QString *field = key == "ip"        ? &s.ip
-                         : key == "subnet"  ? &s.subnet
-                         : key == "gateway" ? &s.gateway
-                         : key == "dns"     ? &s.dns
-                                            : &s.port;
         if (key == "dhcp")
             s.dhcp = value == "1";
         else
-            *field = value;
+            *(key == "ip"        ? &s.ip
+              : key == "subnet"  ? &s.subnet
+              : key == "gateway" ? &s.gateway
+              : key == "dns"     ? &s.dns
+                                 : &s.port) = value;
     }
     return s;
+}
+
+// A row of text columns.
+void row(const char *tag, std::initializer_list<QString> cells)
+{
+    QTestData &data = QTest::newRow(tag);
+    for (const QString &cell : cells)
+        data << cell;
 }
 
 } // namespace
@@ -39,291 +46,242 @@ class ConfigMessagesTest : public QObject
     Q_OBJECT
 
 private slots:
-    void hdsRequest_data();
-    void hdsRequest();
-    void gatewayAdjustment_data();
-    void gatewayAdjustment();
-    void winbondDatagram_data();
-    void winbondDatagram();
-    void winbondFieldLimits_data();
-    void winbondFieldLimits();
-    void winbondToHex_data();
-    void winbondToHex();
-    void cameraCommands_data();
-    void cameraCommands();
-    void submitChecks_data();
-    void submitChecks();
+    void hdsRequest_data()
+    {
+        QTest::addColumn<quint32>("cseq");
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QByteArray>("expected");
+        // `tail`: the Authorization value, '#', the body's length.
+        const auto row = [](const char *tag, quint32 cseq, const char *user, const char *password,
+                            const QByteArray &body, const QByteArray &tail) {
+            const int hash = tail.indexOf('#');
+            QTest::newRow(tag) << cseq << QString(user) << QString(password) << body
+                               << "CMD * HDS/1.0\r\nCSeq:" + QByteArray::number(cseq) +
+                                      "\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
+                                      "Accept-Type:text/HDP\r\nAuthorization:Basic " +
+                                      tail.left(hash) +
+                                      "\r\nDevice-ID:DEV1\r\nContent-Length:" + tail.mid(hash + 1) +
+                                      "\r\n\r\n" + body;
+        };
+        row("dhcp on", 0, "admin", "secret", veltor::netconfBody(form({"dhcp=1"}), kMac),
+            "admin:secret#20");
+        row("dhcp off", 1, "admin", "", veltor::netconfBody(form(), kMac), "admin:#128");
+        row("port", 2, "admin", "a:b", veltor::httpPortBody("8080"), "admin:a:b#27");
+        // Content-Length counts bytes: "ü" is two of them.
+        row("non-ascii", 4294967295u, "jürgen", "pässwort", "httpport set -httpport \xc3\xbc",
+            "j\xc3\xbcrgen:p\xc3\xa4sswort#25");
+    }
+    void hdsRequest()
+    {
+        QFETCH(quint32, cseq);
+        QFETCH(QString, user);
+        QFETCH(QString, password);
+        QFETCH(QByteArray, body);
+        const QByteArray request = veltor::hdsCmdRequest(cseq, user, password, "DEV1", body);
+        QTEST(request, "expected");
+        const auto parsed = veltor::parseHdsCmd(request);
+        QVERIFY(parsed);
+        QCOMPARE((QStringList{parsed->user, parsed->password, parsed->deviceId, parsed->body}),
+                 (QStringList{user, password, "DEV1", body}));
+        QCOMPARE(parsed->cseq, cseq);
+    }
+    void gatewayAdjustment_data()
+    {
+        QTest::addColumn<QString>("ip");
+        QTest::addColumn<QString>("gateway");
+        QTest::addColumn<QString>("sent");
+        row("other /24", {"192.168.2.50", "192.168.1.1", "192.168.2.1"});
+        row("same /24", {"192.168.2.50", "192.168.2.254", "192.168.2.254"});
+        row("first part differs", {"10.168.2.50", "192.168.2.7", "10.168.2.7"});
+        row("compared as typed", {"192.168.02.50", "192.168.2.1", "192.168.02.1"});
+    }
+    void gatewayAdjustment()
+    {
+        QFETCH(QString, ip);
+        QFETCH(QString, gateway);
+        QFETCH(QString, sent);
+        QCOMPARE(veltor::adjustGateway(ip, gateway), sent);
+        QCOMPARE(veltor::netconfBody(form({"ip=" + ip, "gateway=" + gateway}), kMac),
+                 "netconf set -dhcp off -ipaddr " + ip.toUtf8() + " -netmask 255.255.255.0 " +
+                     "-gateway " + sent.toUtf8() + " -hwaddr " + kMac + " -fdnsip 8.8.8.8");
+    }
+    void winbondDatagram_data()
+    {
+        QTest::addColumn<NetworkSettings>("settings");
+        QTest::addColumn<QByteArray>("addressesAndPort"); // bytes 66 to 83, hex
+        const QByteArray addresses = "c0a80114ffffff00c0a8010108080808";
+        QTest::newRow("dhcp off") << form() << addresses + "0050";
+        QTest::newRow("dhcp on") << form({"dhcp=1", "port=8080"}) << QByteArray(32, '0') + "1f90";
+        QTest::newRow("empty port") << form({"port="}) << addresses + "0000";
+        QTest::newRow("port 65535") << form({"port=65535"}) << addresses + "ffff";
+    }
+    void winbondDatagram()
+    {
+        QFETCH(NetworkSettings, settings);
+        const QByteArray datagram =
+            veltor::winbondConfigDatagram(kMac, "ädmin", "123456789012", settings);
+        const auto field = [](const QByteArray &text) { return text.leftJustified(13, '\0'); };
+        QCOMPARE(datagram.left(66),
+                 QByteArray::fromHex("4d4f5f4902000000000000000000003d0000003d00000000000000") +
+                     field("000A1b2C3D4E") + field("\xc3\xa4\x64min") + field("123456789012"));
+        QTEST(datagram.mid(66).toHex(), "addressesAndPort");
+        const auto parsed = veltor::parseWinbondConfig(datagram);
+        QVERIFY(parsed);
+        const NetworkSettings &got = parsed->settings;
+        QCOMPARE(parsed->mac + ' ' + parsed->user + ':' + parsed->password,
+                 QStringLiteral("000A1b2C3D4E ädmin:123456789012"));
+        QCOMPARE(got.dhcp, settings.dhcp);
+        QCOMPARE(got.port, settings.port.isEmpty() ? "0" : settings.port);
+        if (!settings.dhcp)
+            QCOMPARE((QStringList{got.ip, got.subnet, got.gateway, got.dns}),
+                     (QStringList{settings.ip, settings.subnet, settings.gateway, settings.dns}));
+        QVERIFY(!veltor::parseWinbondConfig(datagram.chopped(1)));
+        QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(0, 4, "MO_X")));
+        QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(4, 1, "\x01")));
+    }
+    void winbondFieldLimits_data()
+    {
+        QTest::addColumn<QString>("mac");
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<QString>("refused"); // mac, username or password
+        const QString twelve = QStringLiteral("abcdefghijkl"), none;
+        QTest::newRow("12 bytes fit") << kMac << twelve << twelve << none;
+        QTest::newRow("13-byte user") << kMac << twelve + "m" << none << "username";
+        QTest::newRow("13-byte password") << kMac << none << twelve + "m"
+                                          << "password";
+        QTest::newRow("6 umlauts: 12 bytes") << kMac << QString(6, QChar(0xe4)) << none << none;
+        QTest::newRow("7 umlauts: 14 bytes")
+            << kMac << none << QString(7, QChar(0xe4)) << "password";
+        QTest::newRow("short mac") << "00:0A:1B:2C:3D" << none << none << "mac";
+        QTest::newRow("long mac") << "00:0A:1B:2C:3D:4E:5F" << none << none << "mac";
+    }
+    void winbondFieldLimits()
+    {
+        QFETCH(QString, mac);
+        QFETCH(QString, user);
+        QFETCH(QString, password);
+        QFETCH(QString, refused);
+        const auto found = veltor::checkWinbondFields(mac, user, password);
+        QCOMPARE(int(found), QStringList({"", "mac", "username", "password"}).indexOf(refused));
+        QCOMPARE(veltor::winbondFieldMessage(found),
+                 refused.isEmpty() ? QString()
+                 : refused == "mac"
+                     ? QStringLiteral("The MAC address of this camera has a wrong format")
+                     : "The " + refused + " is too long for this camera (at most 12 bytes)");
+        // Refused, never cut.
+        const auto parsed =
+            veltor::parseWinbondConfig(veltor::winbondConfigDatagram(mac, user, password, form()));
+        QCOMPARE(bool(parsed), refused.isEmpty());
+        if (parsed)
+            QCOMPARE(parsed->user + ':' + parsed->password, user + ':' + password);
+    }
+    void winbondToHex_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QByteArray>("hex");
+        QTest::newRow("ip") << " 192.168.1.10 " << QByteArray("c0a8010a");
+        QTest::newRow("subnet") << "255.255.255.0" << QByteArray("ffffff00");
+        QTest::newRow("port") << "80" << QByteArray("50"); // one byte
+        QTest::newRow("mac") << "00:0A:1B:2C:3D:4E" << QByteArray("000A1B2C3D4E");
+        QTest::newRow("name") << "Cam1" << QByteArray();
+    }
+    void winbondToHex()
+    {
+        QFETCH(QString, value);
+        QTEST(veltor::winbondToHex(value, QTest::currentDataTag()), "hex");
+    }
+    void cameraCommands_data()
+    {
+        QTest::addColumn<QByteArray>("datagram");
+        QTest::addColumn<QString>("parsed"); // dhcp flag and address or port; empty: refused
+        const auto cmd = [](const QByteArray &body) {
+            return veltor::hdsCmdRequest(7, "admin", "pw", "D", body);
+        };
+        const QByteArray good = cmd("netconf set -dhcp on");
+        QTest::newRow("dhcp on") << good << "1 ";
+        QTest::newRow("dhcp off") << cmd(veltor::netconfBody(form(), kMac)) << "0 192.168.1.20";
+        QTest::newRow("port") << cmd("httpport set -httpport 81") << "0 81";
+        QTest::newRow("missing value") << cmd("httpport set -httpport") << "";
+        QTest::newRow("unknown command") << cmd("reboot set -now 1") << "";
+        QTest::newRow("off without address") << cmd("netconf set -dhcp off") << "";
+        QTest::newRow("bad dhcp word") << cmd("netconf set -dhcp maybe") << "";
+        QTest::newRow("search") << QByteArray("SEARCH * HDS/1.0\r\nCSeq:0\r\n\r\n") << "";
+        QTest::newRow("no blank line") << good.left(good.indexOf("\r\n\r\n")) << "";
+        QTest::newRow("body cut") << good.chopped(1) << "";
+        QTest::newRow("body longer") << good + "x"
+                                     << "";
+        QTest::newRow("no authorization")
+            << QByteArray(
+                   "CMD * HDS/1.0\r\nCSeq:1\r\nContent-Length:20\r\n\r\nnetconf set -dhcp on")
+            << "";
+        QTest::newRow("not basic") << QByteArray(good).replace("Basic ", "Digest") << "";
+        QTest::newRow("bad cseq") << QByteArray(good).replace("CSeq:7", "CSeq:x") << "";
+    }
+    void cameraCommands()
+    {
+        QFETCH(QByteArray, datagram);
+        const auto request = veltor::parseHdsCmd(datagram);
+        const auto command = request ? veltor::parseCameraCommand(request->body) : std::nullopt;
+        const bool port = command && command->kind == veltor::CameraCommand::HttpPort;
+        QTEST(!command ? QString()
+                       : QString::number(command->settings.dhcp) + ' ' +
+                             (port ? command->settings.port : command->settings.ip),
+              "parsed");
+    }
+    void submitChecks_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QStringList>("changes");
+        QTest::addColumn<int>("step");
+        const auto row = [](const char *tag, const char *family, const QStringList &changes,
+                            int step) { QTest::newRow(tag) << QString(family) << changes << step; };
+        const char *W = "Winbond", *H = "Haisi";
+        row("all good", W, {}, 0);
+        row("empty port is 0", W, {"port="}, 0);
+        row("1 minus sign", W, {"port=-1"}, 1);
+        row("1 letter", H, {"dhcp=1", "port=8o"}, 1);
+        row("1 before 4", H, {"port=x", "ip=1.2.3"}, 1);
+        row("65535", W, {"port=65535"}, 0);
+        row("2 65536", W, {"port=65536"}, 2);
+        row("too long for int", W, {"port=99999999999"}, 0);
+        row("4 three parts", H, {"ip=1.2.3"}, 4);
+        row("4 empty, dhcp on", W, {"dhcp=1", "ip="}, 4);
+        row("5 subnet", H, {"subnet=255.255.0"}, 5);
+        row("6 gateway", H, {"gateway=gw"}, 6);
+        row("7 dns", H, {"dns=8.8.8.8."}, 7);
+        row("8 ip 256", W, {"ip=256.1.1.1"}, 8);
+        row("8 empty part", W, {"ip=1..2.3"}, 8);
+        row("9 subnet", W, {"subnet=255.255.256.0"}, 9);
+        row("10 gateway", W, {"gateway=1.1.1.300"}, 10);
+        row("11 dns", W, {"dns=999.8.8.8"}, 11);
+        row("8 before 11", W, {"ip=1.1.1.256", "dns=9.9.9.999"}, 8);
+        row("haisi takes 300", H, {"ip=300.1.1.1"}, 0);
+        row("winbond dhcp skips range", W, {"dhcp=1", "ip=300.1.1.1"}, 0);
+        row("unknown family skips range", "", {"ip=300.1.1.1"}, 0);
+    }
+    void submitChecks()
+    {
+        QFETCH(QString, family);
+        QFETCH(QStringList, changes);
+        QFETCH(int, step);
+        const veltor::SubmitCheck check = veltor::firstFailedCheck(form(changes), family);
+        QCOMPARE(int(check), step);
+        const QStringList messages =
+            QStringLiteral(
+                "|Port invalid|Port needs to be a value in range of 0-65535|Port needs to be a "
+                "value in "
+                "range of 0-65535|Ip-address has a wrong format|Subnet has a wrong format|Gateway "
+                "has "
+                "a wrong format|DNS has a wrong format|Ip-address has invalid "
+                "values|Subnet-address has "
+                "invalid values|Gateway-address has invalid values|DNS-address has invalid values")
+                .split('|');
+        QCOMPARE(veltor::submitCheckMessage(check), messages.value(step));
+    }
 };
-
-void ConfigMessagesTest::hdsRequest_data()
-{
-    QTest::addColumn<quint32>("cseq");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QByteArray>("expected");
-    // `tail`: the Authorization value on, the body's length left out.
-    const auto row = [](const char *tag, quint32 cseq, const char *user, const char *password,
-                        const QByteArray &body, const QByteArray &tail) {
-        QTest::newRow(tag) << cseq << QString(user) << QString(password) << body
-                           << "CMD * HDS/1.0\r\nCSeq:" + QByteArray::number(cseq) +
-                                  "\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
-                                  "Accept-Type:text/HDP\r\nAuthorization:Basic " +
-                                  tail.left(tail.indexOf('#')) + "\r\nDevice-ID:DEV1\r\n" +
-                                  "Content-Length:" + tail.mid(tail.indexOf('#') + 1) + "\r\n\r\n" +
-                                  body;
-    };
-    row("dhcp on", 0, "admin", "secret", veltor::netconfBody(form({"dhcp=1"}), kMac),
-        "admin:secret#20");
-    row("dhcp off", 1, "admin", "", veltor::netconfBody(form(), kMac), "admin:#128");
-    row("port", 2, "admin", "a:b", veltor::httpPortBody("8080"), "admin:a:b#27");
-    // Content-Length counts bytes: "ü" is two of them.
-    row("non-ascii", 4294967295u, "jürgen", "pässwort", "httpport set -httpport \xc3\xbc",
-        "j\xc3\xbcrgen:p\xc3\xa4sswort#25");
-}
-
-void ConfigMessagesTest::hdsRequest()
-{
-    QFETCH(quint32, cseq);
-    QFETCH(QString, user);
-    QFETCH(QString, password);
-    QFETCH(QByteArray, body);
-    const QByteArray request = veltor::hdsCmdRequest(cseq, user, password, "DEV1", body);
-    QTEST(request, "expected");
-    const auto parsed = veltor::parseHdsCmd(request);
-    QVERIFY(parsed);
-    QCOMPARE((QStringList{parsed->user, parsed->password, parsed->deviceId}),
-             (QStringList{user, password, "DEV1"}));
-    QCOMPARE(parsed->cseq, cseq);
-    QCOMPARE(parsed->body, body);
-}
-
-void ConfigMessagesTest::gatewayAdjustment_data()
-{
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QString>("gateway");
-    QTest::addColumn<QString>("sent");
-    const auto row = [](const char *tag, const char *ip, const char *gateway, const char *sent) {
-        QTest::newRow(tag) << QString(ip) << QString(gateway) << QString(sent);
-    };
-    row("other /24", "192.168.2.50", "192.168.1.1", "192.168.2.1");
-    row("same /24", "192.168.2.50", "192.168.2.254", "192.168.2.254");
-    row("first part differs", "10.168.2.50", "192.168.2.7", "10.168.2.7");
-    row("compared as typed", "192.168.02.50", "192.168.2.1", "192.168.02.1");
-}
-
-void ConfigMessagesTest::gatewayAdjustment()
-{
-    QFETCH(QString, ip);
-    QFETCH(QString, gateway);
-    QFETCH(QString, sent);
-    QCOMPARE(veltor::adjustGateway(ip, gateway), sent);
-    QCOMPARE(veltor::netconfBody(form({"ip=" + ip, "gateway=" + gateway}), kMac),
-             "netconf set -dhcp off -ipaddr " + ip.toUtf8() + " -netmask 255.255.255.0 -gateway " +
-                 sent.toUtf8() + " -hwaddr " + kMac + " -fdnsip 8.8.8.8");
-}
-
-void ConfigMessagesTest::winbondDatagram_data()
-{
-    QTest::addColumn<NetworkSettings>("settings");
-    QTest::addColumn<QByteArray>("addressesAndPort"); // bytes 66 to 83, hex
-    const QByteArray addresses = "c0a80114ffffff00c0a8010108080808";
-    QTest::newRow("dhcp off") << form() << addresses + "0050";
-    QTest::newRow("dhcp on, port kept")
-        << form({"dhcp=1", "port=8080"}) << QByteArray(32, '0') + "1f90";
-    QTest::newRow("port 8080") << form({"port=8080"}) << addresses + "1f90";
-    QTest::newRow("empty port") << form({"port="}) << addresses + "0000";
-    QTest::newRow("port 65535") << form({"port=65535"}) << addresses + "ffff";
-}
-
-void ConfigMessagesTest::winbondDatagram()
-{
-    QFETCH(NetworkSettings, settings);
-    const QByteArray datagram =
-        veltor::winbondConfigDatagram(kMac, "ädmin", "123456789012", settings);
-    const auto field = [](const QByteArray &text) { return text.leftJustified(13, '\0'); };
-    QCOMPARE(datagram.left(66),
-             QByteArray::fromHex("4d4f5f4902000000000000000000003d0000003d00000000000000") +
-                 field("000A1b2C3D4E") + field("\xc3\xa4\x64min") + field("123456789012"));
-    QTEST(datagram.mid(66).toHex(), "addressesAndPort");
-
-    const auto parsed = veltor::parseWinbondConfig(datagram);
-    QVERIFY(parsed);
-    QCOMPARE(parsed->mac, QStringLiteral("000A1b2C3D4E"));
-    QCOMPARE(parsed->user + ':' + parsed->password, QStringLiteral("ädmin:123456789012"));
-    QCOMPARE(parsed->settings.dhcp, settings.dhcp);
-    QCOMPARE(parsed->settings.port, settings.port.isEmpty() ? "0" : settings.port);
-    if (!settings.dhcp)
-        QCOMPARE((QStringList{parsed->settings.ip, parsed->settings.subnet,
-                              parsed->settings.gateway, parsed->settings.dns}),
-                 (QStringList{settings.ip, settings.subnet, settings.gateway, settings.dns}));
-    QVERIFY(!veltor::parseWinbondConfig(datagram.chopped(1)));
-    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(0, 4, "MO_X")));
-    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(4, 1, "\x01")));
-}
-
-void ConfigMessagesTest::winbondFieldLimits_data()
-{
-    QTest::addColumn<QString>("mac");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<int>("problem");
-    QTest::addColumn<QString>("message");
-    using P = veltor::WinbondFieldProblem;
-    const auto row = [](const char *tag, const QString &mac, const QString &user,
-                        const QString &password, P problem, const QString &message) {
-        QTest::newRow(tag) << mac << user << password << int(problem) << message;
-    };
-    const QString twelve = QStringLiteral("abcdefghijkl"), none;
-    const QString badMac = QStringLiteral("The MAC address of this camera has a wrong format");
-    const QString tooLong = QStringLiteral("The %1 is too long for this camera (at most 12 bytes)");
-    row("12 bytes fit", kMac, twelve, twelve, P::None, none);
-    row("13-byte user", kMac, twelve + "m", none, P::User, tooLong.arg("username"));
-    row("13-byte password", kMac, none, twelve + "m", P::Password, tooLong.arg("password"));
-    row("6 umlauts are 12 bytes", kMac, QString(6, QChar(0xe4)), none, P::None, none);
-    row("7 umlauts are 14 bytes", kMac, none, QString(7, QChar(0xe4)), P::Password,
-        tooLong.arg("password"));
-    row("short mac", "00:0A:1B:2C:3D", none, none, P::Mac, badMac);
-    row("long mac", "00:0A:1B:2C:3D:4E:5F", none, none, P::Mac, badMac);
-}
-
-void ConfigMessagesTest::winbondFieldLimits()
-{
-    QFETCH(QString, mac);
-    QFETCH(QString, user);
-    QFETCH(QString, password);
-    QFETCH(int, problem);
-    const auto found = veltor::checkWinbondFields(mac, user, password);
-    QCOMPARE(int(found), problem);
-    QTEST(veltor::winbondFieldMessage(found), "message");
-    // Refused, never cut.
-    const auto parsed =
-        veltor::parseWinbondConfig(veltor::winbondConfigDatagram(mac, user, password, form()));
-    QCOMPARE(bool(parsed), problem == int(veltor::WinbondFieldProblem::None));
-    if (parsed)
-        QCOMPARE(parsed->user + ':' + parsed->password, user + ':' + password);
-}
-
-void ConfigMessagesTest::winbondToHex_data()
-{
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QByteArray>("hex");
-    const auto row = [](const char *value, const char *key, const char *hex) {
-        QTest::newRow(key) << QString(value) << QString(key) << QByteArray(hex);
-    };
-    row(" 192.168.1.10 ", "ip", "c0a8010a");
-    row("255.255.255.0", "subnet", "ffffff00");
-    row("80", "port", "50"); // one byte
-    row("00:0A:1B:2C:3D:4E", "mac", "000A1B2C3D4E");
-    row("Cam1", "name", "");
-}
-
-void ConfigMessagesTest::winbondToHex()
-{
-    QFETCH(QString, value);
-    QFETCH(QString, key);
-    QTEST(veltor::winbondToHex(value, key), "hex");
-}
-
-void ConfigMessagesTest::cameraCommands_data()
-{
-    QTest::addColumn<QByteArray>("datagram");
-    QTest::addColumn<QString>("parsed"); // dhcp flag and address or port; empty: refused
-    const auto row = [](const char *tag, const QByteArray &datagram, const char *parsed) {
-        QTest::newRow(tag) << datagram << QString(parsed);
-    };
-    const auto cmd = [](const QByteArray &body) {
-        return veltor::hdsCmdRequest(7, "admin", "pw", "D", body);
-    };
-    const QByteArray good = cmd("netconf set -dhcp on");
-    row("dhcp on", good, "1 ");
-    row("dhcp off", cmd(veltor::netconfBody(form(), kMac)), "0 192.168.1.20");
-    row("port", cmd("httpport set -httpport 81"), "0 81");
-    row("missing value", cmd("httpport set -httpport"), "");
-    row("unknown command", cmd("reboot set -now 1"), "");
-    row("off without address", cmd("netconf set -dhcp off"), "");
-    row("bad dhcp word", cmd("netconf set -dhcp maybe"), "");
-    row("empty", "", "");
-    row("search", "SEARCH * HDS/1.0\r\nCSeq:0\r\n\r\n", "");
-    row("no blank line", good.left(good.indexOf("\r\n\r\n")), "");
-    row("body cut", good.chopped(1), "");
-    row("body longer", good + "x", "");
-    row("no authorization",
-        "CMD * HDS/1.0\r\nCSeq:1\r\nContent-Length:20\r\n\r\nnetconf set -dhcp on", "");
-    row("not basic", QByteArray(good).replace("Basic ", "Digest"), "");
-    row("bad cseq", QByteArray(good).replace("CSeq:7", "CSeq:x"), "");
-}
-
-void ConfigMessagesTest::cameraCommands()
-{
-    QFETCH(QByteArray, datagram);
-    const auto request = veltor::parseHdsCmd(datagram);
-    const auto command = request ? veltor::parseCameraCommand(request->body) : std::nullopt;
-    const bool port = command && command->kind == veltor::CameraCommand::HttpPort;
-    QTEST(!command ? QString()
-                   : QString::number(command->settings.dhcp) + ' ' +
-                         (port ? command->settings.port : command->settings.ip),
-          "parsed");
-}
-
-void ConfigMessagesTest::submitChecks_data()
-{
-    QTest::addColumn<QString>("family");
-    QTest::addColumn<QStringList>("changes");
-    QTest::addColumn<int>("step");
-    const auto row = [](const char *tag, const char *family, const QStringList &changes, int step) {
-        QTest::newRow(tag) << QString(family) << changes << step;
-    };
-    const char *W = "Winbond", *H = "Haisi";
-    row("all good", W, {}, 0);
-    row("empty port is 0", W, {"port="}, 0);
-    row("1 minus sign", W, {"port=-1"}, 1);
-    row("1 letter", H, {"dhcp=1", "port=8o"}, 1);
-    row("1 before 4", H, {"port=x", "ip=1.2.3"}, 1);
-    row("65535", W, {"port=65535"}, 0);
-    row("2 65536", W, {"port=65536"}, 2);
-    row("too long for int", W, {"port=99999999999"}, 0);
-    row("4 three parts", H, {"ip=1.2.3"}, 4);
-    row("4 five parts", H, {"ip=1.2.3.4.5"}, 4);
-    row("4 letters", H, {"dhcp=1", "ip=a.b.c.d"}, 4);
-    row("4 empty, dhcp on", W, {"dhcp=1", "ip="}, 4);
-    row("5 subnet", H, {"subnet=255.255.0"}, 5);
-    row("6 gateway", H, {"gateway=gw"}, 6);
-    row("7 dns", H, {"dns=8.8.8.8."}, 7);
-    row("8 ip 256", W, {"ip=256.1.1.1"}, 8);
-    row("8 empty part", W, {"ip=1..2.3"}, 8);
-    row("9 subnet", W, {"subnet=255.255.256.0"}, 9);
-    row("10 gateway", W, {"gateway=1.1.1.300"}, 10);
-    row("11 dns", W, {"dns=999.8.8.8"}, 11);
-    row("8 before 11", W, {"ip=1.1.1.256", "dns=9.9.9.999"}, 8);
-    row("haisi takes 300", H, {"ip=300.1.1.1"}, 0);
-    row("winbond dhcp skips range", W, {"dhcp=1", "ip=300.1.1.1"}, 0);
-    row("unknown family skips range", "", {"ip=300.1.1.1"}, 0);
-}
-
-void ConfigMessagesTest::submitChecks()
-{
-    QFETCH(QString, family);
-    QFETCH(QStringList, changes);
-    QFETCH(int, step);
-    const veltor::SubmitCheck check = veltor::firstFailedCheck(form(changes), family);
-    QCOMPARE(int(check), step);
-    const QString range = QStringLiteral("Port needs to be a value in range of 0-65535");
-    const QStringList messages{"",
-                               "Port invalid",
-                               range,
-                               range,
-                               "Ip-address has a wrong format",
-                               "Subnet has a wrong format",
-                               "Gateway has a wrong format",
-                               "DNS has a wrong format",
-                               "Ip-address has invalid values",
-                               "Subnet-address has invalid values",
-                               "Gateway-address has invalid values",
-                               "DNS-address has invalid values"};
-    QCOMPARE(veltor::submitCheckMessage(check), messages.value(step));
-}
 
 QTEST_GUILESS_MAIN(ConfigMessagesTest)
 #include "tst_configmessages.moc"

@@ -1,6 +1,5 @@
-// A user unlocking simulated cameras of both families, changing their network
-// settings, told whether each camera took them, and finding them with the
-// next search. Run under tests/netns/with-cameras.sh (fleet in CMakeLists.txt).
+// A user unlocking simulated cameras of both families, changing their network settings, told
+// whether each camera took them, and finding them with the next search (fleet in CMakeLists.txt).
 #include "app/mainwindow.h"
 #include "camsimfleet.h"
 #include "netconf/configparse.h"
@@ -23,14 +22,15 @@ namespace {
 // The fleet's password: characters a query string must carry intact.
 const QString kPassword = QStringLiteral("p&#w+%1");
 const char *const kFormFields[] = {"ipaddress", "subnet", "gateway", "dns", "httpport"};
+using Action = std::function<void(QWidget *)>;
 
-// Presses the default button of every message box and records its title and
-// text. Any other modal dialog gets the next of `dialogActions` once its OK
-// button is enabled (no check running), or is rejected when none is left.
+// Presses the default button of every message box and records its title and text. Any other
+// modal dialog gets the next of `actions` once its OK button is enabled (no check running), or
+// is rejected when none is left.
 struct BoxRecorder : QObject
 {
     QStringList titles, texts, dialogTitles;
-    QList<std::function<void(QWidget *)>> dialogActions;
+    QList<Action> actions;
 
     explicit BoxRecorder(QObject *parent) : QObject(parent)
     {
@@ -57,14 +57,14 @@ struct BoxRecorder : QObject
         if (!modal->property("seen").toBool())
             dialogTitles << modal->windowTitle();
         modal->setProperty("seen", true);
-        if (!dialogActions.isEmpty())
-            return dialogActions.takeFirst()(modal);
+        if (!actions.isEmpty())
+            return actions.takeFirst()(modal);
         modal->setProperty("answered", true);
         qobject_cast<QDialog *>(modal)->reject();
     }
 };
 
-std::function<void(QWidget *)> typeCredentials(const QString &user, const QString &password)
+Action typeCredentials(const QString &user, const QString &password)
 {
     return [user, password](QWidget *dialog) {
         dialog->findChild<QLineEdit *>(QStringLiteral("user"))->setText(user);
@@ -80,14 +80,191 @@ class IpConfCamerasTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
+    void initTestCase()
+    {
+        CAMSIM_FLEET_OR_SKIP(fleet);
+        QCOMPARE(fleet.size(), 4);
+        QCOMPARE(fleet.first().password, kPassword);
+        qputenv("VELTOR_REBOOT_STEP_MS", "1");
+    }
+    void init()
+    {
+        window = new MainWindow;
+        modals = new BoxRecorder(window);
+        table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"));
+        const QString tool = qEnvironmentVariable("VELTOR_TOOL_IP");
+        window->findChild<QComboBox *>(QStringLiteral("wifiComboBox"))->setCurrentText(tool);
+        QCOMPARE(window->getNetwork(), tool);
+    }
     void cleanup() { delete window; }
-    void changeSettings_data();
-    void changeSettings();
-    void silentCamera();
-    void submitUnchecked_data();
-    void submitUnchecked();
+
+    void changeSettings_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QStringList>("typed");  // ip, mask, gateway, dns, port
+        QTest::addColumn<QStringList>("listed"); // the same after the next search
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<QString>("result");
+        const auto row = [](const char *tag, int index, const QString &typed, const QString &listed,
+                            const QStringList &boxes, const QString &result) {
+            QTest::newRow(tag) << index << typed.split(' ') << listed.split(' ')
+                               << boxes + QStringList{"IP Configure"}
+                               << (result.isEmpty() ? "IP Config Successful! Please search again!"
+                                                    : result);
+        };
+        // Cameras 0 and 1 take the change at once, web server included: the credentials can no
+        // longer be asked for at the old address by then. A Winbond reply carries the port in
+        // one byte: 81 survives the search.
+        const QString winbond = QStringLiteral("10.78.0.21 255.255.0.0 10.78.0.1 10.78.0.53 81");
+        row("winbond", 0, winbond, winbond, {}, "");
+        // The gateway outside the new /24 is moved into it.
+        row("haisi", 1, "10.78.0.22 255.255.0.0 10.78.9.1 10.78.0.54 8081",
+            "10.78.0.22 255.255.0.0 10.78.0.1 10.78.0.54 8081", {"Camera rebooting"}, "");
+        // Camera 3 accepts the credentials but ignores the change.
+        row("haisi ignoring it", 3, "10.78.0.24 255.255.0.0 10.78.0.1 10.78.0.1 80",
+            "10.78.0.14 255.255.0.0 10.78.0.1 10.78.0.1 80", {"Camera rebooting"},
+            "The camera was not seen with the new settings after N s: ip 10.78.0.14 (wanted "
+            "10.78.0.24)");
+    }
+    void changeSettings()
+    {
+        QFETCH(int, index);
+        QFETCH(QStringList, typed);
+        QFETCH(QStringList, listed);
+        const camsimfleet::Camera camera = fleet.at(index);
+        search();
+        const int row = rowOf(camera.ip);
+        QVERIFY(row >= 0);
+
+        // Cancelled: the form shows the camera but stays shut.
+        click(row);
+        QCOMPARE(modals->dialogTitles, QStringList{"Authentication required"});
+        QCOMPARE(form(), (QStringList{camera.ip, camera.mask, camera.gateway, camera.dns,
+                                      QString::number(camera.httpPort)}));
+        expectEnabled(false, {"dhcpCheckbox", "ipaddress", "dns", "httpport", "dhcpsubmit",
+                              "updateSubmit", "viewFilesBtn"});
+
+        // A wrong password keeps the dialog; the right one unlocks all three tabs.
+        modals->actions << typeCredentials(camera.user, QStringLiteral("wrong"))
+                        << typeCredentials(camera.user, camera.password);
+        click(row);
+        QCOMPARE(modals->texts, QStringList{"Your username or password is not correct!"});
+        expectEnabled(true,
+                      {"dhcpsubmit", "ipaddress", "httpport", "updateSubmit", "viewFilesBtn"});
+        click(row); // unlocked now: no dialog
+        QCOMPARE(modals->dialogTitles.size(), 2);
+
+        modals->titles.clear();
+        modals->texts.clear();
+        submit(false, typed);
+        QFETCH(QStringList, boxes);
+        QTRY_COMPARE_WITH_TIMEOUT(modals->titles, boxes, 40000);
+        QTEST(modals->texts.last(), "result");
+        // Our own configuration broadcast comes back to us; it must not list a camera.
+        QCOMPARE(table->rowCount(), fleet.size());
+
+        // A new search leaves nothing of the earlier list changeable.
+        search();
+        expectEnabled(false,
+                      {"dhcpsubmit", "httpport", "fileChoose", "updateSubmit", "viewFilesBtn"});
+        const int now = rowOf(listed.at(0));
+        QVERIFY2(now >= 0, "the camera is not listed where it should be");
+        QCOMPARE(cell(now, 3) + ' ' + cell(now, 4), camera.mac + " off");
+        QCOMPARE(listedForm(now), listed);
+        // Its web server is where the camera is.
+        camsimfleet::Camera there = camera;
+        there.ip = listed.at(0);
+        there.httpPort = listed.at(4).toInt();
+        QCOMPARE(camsimfleet::fetchJson(there, "/camsim/status").value("ip").toString(), there.ip);
+    }
+
+    // Camera 2 never answers a credential check: the dialog lets the user on after the timeout,
+    // but the change is not sent unchecked.
+    void silentCamera()
+    {
+        const camsimfleet::Camera camera = fleet.at(2);
+        search();
+        // Whatever the order of the replies, each row fills the form with its camera.
+        for (int row = 0; row < table->rowCount(); ++row) {
+            click(row);
+            QCOMPARE(form(), listedForm(row));
+        }
+        modals->actions << typeCredentials(camera.user, camera.password);
+        click(rowOf(camera.ip));
+        QCOMPARE(modals->titles, QStringList{"Authentication"});
+        QCOMPARE(modals->texts, QStringList{"Timeout, username and password could not be checked"});
+        QVERIFY(window->findChild<QWidget *>("dhcpsubmit")->isEnabled());
+        submit(false, {"10.78.0.23", "255.255.0.0", "10.78.0.1", "10.78.0.1", "80"});
+        QTRY_COMPARE_WITH_TIMEOUT(modals->titles.size(), 2, 30000);
+        QCOMPARE(modals->texts.last(), QStringLiteral("Your request has failed, retry please!"));
+        QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status").value("ip").toString(),
+                 camera.ip);
+    }
+
+    // A camera outside the PC's /24 cannot be asked: the change goes out at once, once the form
+    // passes its checks. Nothing out there answers.
+    void submitUnchecked_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<bool>("dhcp");
+        QTest::addColumn<QString>("port");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QStringList>("sent"); // CSeq and body of each datagram
+        const auto row = [](const char *tag, const char *family, const char *password, bool dhcp,
+                            const char *port, const char *message, const QStringList &sent) {
+            QTest::newRow(tag) << QString(family) << QString(password) << dhcp << QString(port)
+                               << QString(message) << sent;
+        };
+        row("port invalid", "Haisi", "pw", false, "-1", "Port invalid", {});
+        row("winbond password too long", "Winbond", "1234567890123", true, "80",
+            "The password is too long for this camera (at most 12 bytes)", {});
+        row("unknown family", "Sony", "pw", false, "80", "", {});
+        row("haisi, dhcp on, no port", "Haisi", "pw", true, "", "", {"0 netconf set -dhcp on"});
+    }
+    void submitUnchecked()
+    {
+        QFETCH(QString, password);
+        QFETCH(bool, dhcp);
+        QFETCH(QString, port);
+        QFETCH(QStringList, sent);
+        const auto shared = QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint;
+        QUdpSocket group, broadcast;
+        QVERIFY(group.bind(QHostAddress::AnyIPv4, 8002, shared));
+        QVERIFY(group.joinMulticastGroup(QHostAddress(QStringLiteral("239.255.250.150"))));
+        QVERIFY(broadcast.bind(QHostAddress::AnyIPv4, 10000, shared));
+
+        const QString ip = QStringLiteral("10.99.0.9");
+        table->setRowCount(1);
+        table->setItem(0, 1, new QTableWidgetItem(ip));
+        table->setItem(0, 3, new QTableWidgetItem(QStringLiteral("00:0A:1B:2C:3D:4E")));
+        window->findChild<QLineEdit *>(QStringLiteral("ipFixEdit"))->setText(ip);
+        QFETCH(QString, family);
+        QMetaObject::invokeMethod(
+            window, "receiveCamConfIp",
+            Q_ARG(QStringList, (QStringList{"ad:min", password, "80", family})));
+        submit(dhcp, {"10.99.0.20", "255.255.255.0", "10.99.0.1", "8.8.8.8", port});
+
+        QStringList seen;
+        const auto collect = [&] {
+            for (QUdpSocket *socket : {&group, &broadcast}) {
+                while (socket->hasPendingDatagrams()) {
+                    const QByteArray datagram = socket->receiveDatagram().data();
+                    if (const auto cmd = veltor::parseHdsCmd(datagram))
+                        seen << QString::number(cmd->cseq) + ' ' + QString::fromUtf8(cmd->body);
+                    if (const auto config = veltor::parseWinbondConfig(datagram))
+                        seen << config->mac + ' ' + config->settings.ip;
+                }
+            }
+            return seen.size();
+        };
+        QTRY_COMPARE(collect(), sent.size());
+        QTest::qWait(100); // one datagram too many would show up here
+        collect();
+        QCOMPARE(seen, sent);
+        QFETCH(QString, message);
+        QCOMPARE(modals->texts, message.isEmpty() ? QStringList() : QStringList{message});
+    }
 
 private:
     void search()
@@ -113,6 +290,11 @@ private:
             values << window->findChild<QLineEdit *>(name)->text();
         return values;
     }
+    // A row's ip, mask, gateway, dns and port, in the form's order.
+    QStringList listedForm(int row) const
+    {
+        return {cell(row, 1), cell(row, 5), cell(row, 6), cell(row, 7), cell(row, 2)};
+    }
     int rowOf(const QString &ip) const
     {
         for (int row = 0; row < table->rowCount(); ++row) {
@@ -122,211 +304,17 @@ private:
         return -1;
     }
     QString cell(int row, int column) const { return table->item(row, column)->text(); }
-    bool enabled(const char *name) const { return window->findChild<QWidget *>(name)->isEnabled(); }
+    void expectEnabled(bool enabled, std::initializer_list<const char *> names)
+    {
+        for (const char *name : names)
+            QVERIFY2(window->findChild<QWidget *>(name)->isEnabled() == enabled, name);
+    }
 
     QVector<camsimfleet::Camera> fleet;
     MainWindow *window = nullptr;
     BoxRecorder *modals = nullptr;
     QTableWidget *table = nullptr;
 };
-
-void IpConfCamerasTest::initTestCase()
-{
-    CAMSIM_FLEET_OR_SKIP(fleet);
-    QCOMPARE(fleet.size(), 4);
-    QCOMPARE(fleet.first().password, kPassword);
-    qputenv("VELTOR_REBOOT_STEP_MS", "1");
-}
-
-void IpConfCamerasTest::init()
-{
-    window = new MainWindow;
-    modals = new BoxRecorder(window);
-    table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"));
-    const QString tool = qEnvironmentVariable("VELTOR_TOOL_IP");
-    window->findChild<QComboBox *>(QStringLiteral("wifiComboBox"))->setCurrentText(tool);
-    QCOMPARE(window->getNetwork(), tool);
-}
-
-void IpConfCamerasTest::changeSettings_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QStringList>("typed");  // ip, mask, gateway, dns, port
-    QTest::addColumn<QStringList>("listed"); // the same after the next search
-    QTest::addColumn<QStringList>("boxes");
-    QTest::addColumn<QString>("result");
-
-    const QString done = QStringLiteral("IP Configure");
-    const QString success = QStringLiteral("IP Config Successful! Please search again!");
-    // Cameras 0 and 1 take the change at once, web server included: the
-    // credentials can no longer be asked for at the old address by then.
-    // A Winbond reply carries the port in one byte: 81 survives the search.
-    const QStringList winbond{"10.78.0.21", "255.255.0.0", "10.78.0.1", "10.78.0.53", "81"};
-    QTest::newRow("winbond") << 0 << winbond << winbond << QStringList{done} << success;
-    // The gateway outside the new /24 is moved into it.
-    QTest::newRow("haisi") << 1
-                           << QStringList{"10.78.0.22", "255.255.0.0", "10.78.9.1", "10.78.0.54",
-                                          "8081"}
-                           << QStringList{"10.78.0.22", "255.255.0.0", "10.78.0.1", "10.78.0.54",
-                                          "8081"}
-                           << QStringList{"Camera rebooting", done} << success;
-    // Camera 3 accepts the credentials but ignores the change.
-    QTest::newRow("haisi ignoring it")
-        << 3 << QStringList{"10.78.0.24", "255.255.0.0", "10.78.0.1", "10.78.0.1", "80"}
-        << QStringList{"10.78.0.14", "255.255.0.0", "10.78.0.1", "10.78.0.1", "80"}
-        << QStringList{"Camera rebooting", done}
-        << "The camera was not seen with the new settings after N s: ip 10.78.0.14 (wanted "
-           "10.78.0.24)";
-}
-
-void IpConfCamerasTest::changeSettings()
-{
-    QFETCH(int, index);
-    QFETCH(QStringList, typed);
-    QFETCH(QStringList, listed);
-    const camsimfleet::Camera camera = fleet.at(index);
-    search();
-    const int row = rowOf(camera.ip);
-    QVERIFY(row >= 0);
-
-    // Cancelled: the form shows the camera but stays shut.
-    click(row);
-    QCOMPARE(modals->dialogTitles, QStringList{"Authentication required"});
-    QCOMPARE(form(), (QStringList{camera.ip, camera.mask, camera.gateway, camera.dns,
-                                  QString::number(camera.httpPort)}));
-    for (const char *name : {"dhcpCheckbox", "ipaddress", "dns", "httpport", "dhcpsubmit",
-                             "updateSubmit", "viewFilesBtn"})
-        QVERIFY2(!enabled(name), name);
-
-    // A wrong password keeps the dialog; the right one unlocks all three tabs.
-    modals->dialogActions << typeCredentials(camera.user, QStringLiteral("wrong"))
-                          << typeCredentials(camera.user, camera.password);
-    click(row);
-    QCOMPARE(modals->texts, QStringList{"Your username or password is not correct!"});
-    for (const char *name : {"dhcpsubmit", "ipaddress", "httpport", "updateSubmit", "viewFilesBtn"})
-        QVERIFY2(enabled(name), name);
-    click(row); // unlocked now: no dialog
-    QCOMPARE(modals->dialogTitles.size(), 2);
-
-    modals->titles.clear();
-    modals->texts.clear();
-    submit(false, typed);
-    QFETCH(QStringList, boxes);
-    QTRY_COMPARE_WITH_TIMEOUT(modals->titles, boxes, 40000);
-    QTEST(modals->texts.last(), "result");
-    // Our own configuration broadcast comes back to us; it must not list a camera.
-    QCOMPARE(table->rowCount(), fleet.size());
-
-    // A new search leaves nothing of the earlier list changeable.
-    search();
-    for (const char *name :
-         {"dhcpsubmit", "httpport", "fileChoose", "updateSubmit", "viewFilesBtn"})
-        QVERIFY2(!enabled(name), name);
-    const int now = rowOf(listed.at(0));
-    QVERIFY2(now >= 0, "the camera is not listed where it should be");
-    QCOMPARE(cell(now, 3), camera.mac);
-    QCOMPARE(cell(now, 4), QStringLiteral("off"));
-    QCOMPARE((QStringList{cell(now, 1), cell(now, 5), cell(now, 6), cell(now, 7), cell(now, 2)}),
-             listed);
-    // Its web server is where the camera is.
-    camsimfleet::Camera there = camera;
-    there.ip = listed.at(0);
-    there.httpPort = listed.at(4).toInt();
-    QCOMPARE(camsimfleet::fetchJson(there, "/camsim/status").value("ip").toString(), there.ip);
-}
-
-// Camera 2 never answers a credential check: the dialog lets the user on
-// after the timeout, but the change is not sent unchecked.
-void IpConfCamerasTest::silentCamera()
-{
-    const camsimfleet::Camera camera = fleet.at(2);
-    search();
-    // Whatever the order of the replies, each row fills the form with its camera.
-    for (int row = 0; row < table->rowCount(); ++row) {
-        click(row);
-        QCOMPARE(form(), (QStringList{cell(row, 1), cell(row, 5), cell(row, 6), cell(row, 7),
-                                      cell(row, 2)}));
-    }
-    modals->dialogActions << typeCredentials(camera.user, camera.password);
-    click(rowOf(camera.ip));
-    QCOMPARE(modals->titles, QStringList{"Authentication"});
-    QCOMPARE(modals->texts, QStringList{"Timeout, username and password could not be checked"});
-    QVERIFY(enabled("dhcpsubmit"));
-
-    submit(false, {"10.78.0.23", "255.255.0.0", "10.78.0.1", "10.78.0.1", "80"});
-    QTRY_COMPARE_WITH_TIMEOUT(modals->titles.size(), 2, 30000);
-    QCOMPARE(modals->texts.last(), QStringLiteral("Your request has failed, retry please!"));
-    QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status").value("ip").toString(), camera.ip);
-}
-
-// A camera outside the PC's /24 cannot be asked: the change goes out at once,
-// once the form passes its checks. Nothing out there answers.
-void IpConfCamerasTest::submitUnchecked_data()
-{
-    QTest::addColumn<QString>("family");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<bool>("dhcp");
-    QTest::addColumn<QStringList>("values");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QStringList>("sent"); // CSeq and body, or the Winbond datagram's MAC
-
-    const auto row = [](const char *tag, const char *family, const char *password, bool dhcp,
-                        const QString &values, const char *message, const QStringList &sent) {
-        QTest::newRow(tag) << QString(family) << QString(password) << dhcp << values.split(' ')
-                           << QString(message) << sent;
-    };
-    const QString good = QStringLiteral("10.99.0.20 255.255.255.0 10.99.0.1 8.8.8.8 80");
-    row("port invalid", "Haisi", "pw", false, "10.99.0.20 255.255.255.0 10.99.0.1 8.8.8.8 -1",
-        "Port invalid", {});
-    row("winbond password too long", "Winbond", "1234567890123", true, good,
-        "The password is too long for this camera (at most 12 bytes)", {});
-    row("unknown family", "Sony", "pw", false, good, "", {});
-    row("haisi, dhcp on, no port", "Haisi", "pw", true,
-        "10.99.0.20 255.255.255.0 10.99.0.1 8.8.8.8", "", {"0 netconf set -dhcp on"});
-}
-
-void IpConfCamerasTest::submitUnchecked()
-{
-    QFETCH(QString, family);
-    QFETCH(QString, password);
-    QFETCH(bool, dhcp);
-    QFETCH(QStringList, values);
-    QFETCH(QStringList, sent);
-    const auto shared = QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint;
-    QUdpSocket group, broadcast;
-    QVERIFY(group.bind(QHostAddress::AnyIPv4, 8002, shared));
-    QVERIFY(group.joinMulticastGroup(QHostAddress(QStringLiteral("239.255.250.150"))));
-    QVERIFY(broadcast.bind(QHostAddress::AnyIPv4, 10000, shared));
-
-    const QString ip = QStringLiteral("10.99.0.9");
-    table->setRowCount(1);
-    table->setItem(0, 1, new QTableWidgetItem(ip));
-    table->setItem(0, 3, new QTableWidgetItem(QStringLiteral("00:0A:1B:2C:3D:4E")));
-    window->findChild<QLineEdit *>(QStringLiteral("ipFixEdit"))->setText(ip);
-    QMetaObject::invokeMethod(window, "receiveCamConfIp",
-                              Q_ARG(QStringList, (QStringList{"ad:min", password, "80", family})));
-    submit(dhcp, values);
-
-    QStringList seen;
-    const auto collect = [&] {
-        for (QUdpSocket *socket : {&group, &broadcast}) {
-            while (socket->hasPendingDatagrams()) {
-                const QByteArray datagram = socket->receiveDatagram().data();
-                if (const auto cmd = veltor::parseHdsCmd(datagram))
-                    seen << QString::number(cmd->cseq) + ' ' + QString::fromUtf8(cmd->body);
-                if (const auto config = veltor::parseWinbondConfig(datagram))
-                    seen << config->mac + ' ' + config->settings.ip;
-            }
-        }
-        return seen.size();
-    };
-    QTRY_COMPARE(collect(), sent.size());
-    QTest::qWait(100); // one datagram too many would show up here
-    collect();
-    QCOMPARE(seen, sent);
-    QFETCH(QString, message);
-    QCOMPARE(modals->texts, message.isEmpty() ? QStringList() : QStringList{message});
-}
 
 QTEST_MAIN(IpConfCamerasTest)
 #include "tst_ipconf_cameras.moc"
