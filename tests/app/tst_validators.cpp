@@ -33,7 +33,6 @@ private slots:
         row("port above max", "65536", "num addr");
         row("negative", "-1", "");
         row("port newline", "80\n", "");
-        row("blank", "1 2", "");
         // QRegExp's \d is any decimal digit of the BMP; Qt 6 builds must agree. isNum and isAddr
         // take ASCII digits only.
         row("arabic-indic digit", QString::fromUtf16(u"8\u0663"), "port");
@@ -69,32 +68,6 @@ private slots:
     {
         QFETCH(QString, address);
         QTEST(veltor::ipToKey(address), "key");
-    }
-    void winbondBytes_data()
-    {
-        QTest::addColumn<QStringList>("parts");
-        QTest::addColumn<QByteArray>("initial");
-        QTest::addColumn<int>("start");
-        QTest::addColumn<bool>("ok");
-        QTest::addColumn<QByteArray>("result");
-        const auto row = [](const char *tag, const char *parts, const QByteArray &initial,
-                            int start, bool ok, const QByteArray &result) {
-            QTest::newRow(tag) << (*parts ? QString(parts).split('.') : QStringList()) << initial
-                               << start << ok << result;
-        };
-        row("empty list", "", "ab", 1, true, "ab");
-        row("inserted, not overwritten", "192.168.1.10", "xy", 1, true, "x\xc0\xa8\x01\x0ay");
-        row("256 stops", "1.256.3", "", 0, false, "\x01");
-        row("empty part stops", "1..3", "", 0, false, "\x01");
-        row("255 fits", "255", "", 0, true, "\xff");
-    }
-    void winbondBytes()
-    {
-        QFETCH(QStringList, parts);
-        QFETCH(int, start);
-        QFETCH(QByteArray, initial);
-        QTEST(veltor::appendWinbondIP(parts, &initial, start), "ok");
-        QTEST(initial, "result");
     }
 };
 

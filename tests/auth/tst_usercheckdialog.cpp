@@ -35,141 +35,125 @@ class UserCheckDialogTest : public QObject
 private slots:
     void initTestCase() { previousHandler = qInstallMessageHandler(recordMessage); }
     void cleanupTestCase() { qInstallMessageHandler(previousHandler); }
-    void check_data();
-    void check();
-    void newestLogin_data();
-    void newestLogin();
-};
-
-void UserCheckDialogTest::check_data()
-{
-    QTest::addColumn<QString>("family");
-    QTest::addColumn<QString>("localAddress");
-    QTest::addColumn<QString>("mode"); // the camera's misbehaviour, or "cancel" pressed
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("box");  // title|text, empty: no message box
-    QTest::addColumn<bool>("emitted"); // and closed
-    QTest::addColumn<QString>("path");
-    const auto row = [](const char *tag, const char *family, const char *local, const char *mode,
-                        const QString &user, const QString &password, const char *box, bool emitted,
-                        const char *path) {
-        QTest::newRow(tag) << QString(family) << QString(local) << QString(mode) << user << password
-                           << QString(box) << emitted << QString(path);
-    };
-    const char *wrong = "Authentification|Your username or password is not correct!";
-    const QString admin = QStringLiteral("admin");
-    row("winbond", "Winbond", "127.0.0.1", "", admin, "secret", "", true,
-        "/check_user.cgi?user=admin&pwd=secret");
-    row("haisi", "Haisi", "127.0.0.1", "", admin, "secret", "", true,
-        "/param.cgi?cmd=getuserinfo&usr=admin&pwd=secret");
-    row("empty credentials", "Haisi", "127.0.0.1", "", "", "", "", true,
-        "/param.cgi?cmd=getuserinfo&usr=&pwd=");
-    // The camera decodes exactly what was typed, or it would refuse.
-    row("special characters", "Winbond", "127.0.0.1", "", "a&b=c",
-        QString::fromUtf8("p#w+ %2Fä&pwd=x"), "", true,
-        "/check_user.cgi?user=a%26b%3Dc&pwd=p%23w%2B%20%252F%C3%A4%26pwd%3Dx");
-    row("401 stays open", "Winbond", "127.0.0.1", "401", admin, "bad", wrong, false,
-        "/check_user.cgi?user=admin&pwd=bad");
-    // Never needed, and must not pile up in memory while it arrives.
-    row("100 MiB answer", "Haisi", "127.0.0.1", "garbage", admin, "x", "", true,
-        "/param.cgi?cmd=getuserinfo&usr=admin&pwd=x");
-    row("other /24 is not asked", "Winbond", "127.0.1.1", "", admin, "secret",
-        "Authentication|Username and password can not be checked, changes might be invalid", true,
-        "");
-    row("unknown family on the same /24", "Sony", "127.0.0.9", "", admin, "secret", wrong, false,
-        "");
-    row("cancel", "Winbond", "127.0.0.1", "cancel", admin, "secret", "", false, "");
-}
-
-void UserCheckDialogTest::check()
-{
-    QFETCH(QString, family);
-    QFETCH(QString, mode);
-    QFETCH(QString, user);
-    QFETCH(QString, password);
-    QFETCH(bool, emitted);
-    logged.clear();
-    qputenv("VELTOR_CAMSIM_HOSTILE", mode.toUtf8());
-    CameraSettings settings;
-    settings.family = family == "Haisi" ? Family::Haisi : Family::Winbond;
-    settings.user = user;
-    settings.password = password;
-    SimCamera camera(settings);
-    installFeatures(camera);
-    QVERIFY(camera.http().listen(QHostAddress::LocalHost, 0));
-    const QString port = QString::number(camera.http().serverPort());
-
-    userCheckDialog dialog;
-    QFETCH(QString, localAddress);
-    dialog.setNetwork(localAddress);
-    dialog.setData({QStringLiteral("127.0.0.1"), port, family});
-    auto *pass = dialog.findChild<QLineEdit *>(QStringLiteral("pass"));
-    QCOMPARE(pass->echoMode(), QLineEdit::Password);
-    dialog.findChild<QLineEdit *>(QStringLiteral("user"))->setText(user);
-    pass->setText(password);
-    dialog.show();
-    QSignalSpy sent(&dialog, &userCheckDialog::sendData);
-    // Static: an earlier row's answerer, still waiting, may take this row's box.
-    static testsupport::SeenBox box;
-    box = {};
-    testsupport::answerNextMessageBox(&box, QString(), 15000);
-    qint64 mostHeld = 0;
-    QTimer watch;
-    connect(&watch, &QTimer::timeout, [&] {
-        for (const QNetworkReply *reply : dialog.findChildren<QNetworkReply *>())
-            mostHeld = qMax(mostHeld, reply->bytesAvailable());
-    });
-    watch.start(1);
-
-    const bool cancel = mode == "cancel";
-    dialog.findChild<QPushButton *>(cancel ? "usercancel" : "userok")->click();
-    QTRY_VERIFY_WITH_TIMEOUT(cancel || box.seen || !sent.isEmpty(), 30000);
-    QTest::qWait(50); // a second, wrong box or emission would show up here
-
-    QTEST(box.seen ? box.title + '|' + box.text : QString(), "box");
-    QCOMPARE(sent.size(), emitted ? 1 : 0);
-    if (emitted)
-        QCOMPARE(sent.first().first().toStringList(), (QStringList{user, password, port, family}));
-    QCOMPARE(dialog.isVisible(), !emitted && !cancel);
-    QStringList paths;
-    for (const CameraLogEntry &entry : camera.logEntries())
-        paths << entry.text.section(' ', 1);
-    QFETCH(QString, path);
-    QCOMPARE(paths, path.isEmpty() ? QStringList() : QStringList{path});
-    QVERIFY2(mostHeld < 4 * 1024 * 1024, qPrintable(QString::number(mostHeld)));
-    // Credentials never reach the debug log, whatever the outcome.
-    for (const QString &line : qAsConst(logged)) {
-        QVERIFY2(password.size() < 4 || !line.contains(password), qPrintable(line));
-        QVERIFY2(user.size() < 4 || !line.contains(user), qPrintable(line));
+    void check_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QString>("localAddress");
+        QTest::addColumn<QString>("mode"); // the camera's misbehaviour, or "cancel" pressed
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<QString>("box");  // title|text, empty: no message box
+        QTest::addColumn<bool>("emitted"); // and closed
+        QTest::addColumn<QString>("path");
+        const auto row = [](const char *tag, const char *family, const char *local,
+                            const char *mode, const QString &user, const QString &password,
+                            const char *box, bool emitted, const char *path) {
+            QTest::newRow(tag) << QString(family) << QString(local) << QString(mode) << user
+                               << password << QString(box) << emitted << QString(path);
+        };
+        const char *wrong = "Authentification|Your username or password is not correct!";
+        const QString admin = QStringLiteral("admin");
+        row("winbond", "Winbond", "127.0.0.1", "", admin, "secret", "", true,
+            "/check_user.cgi?user=admin&pwd=secret");
+        row("haisi", "Haisi", "127.0.0.1", "", admin, "secret", "", true,
+            "/param.cgi?cmd=getuserinfo&usr=admin&pwd=secret");
+        row("empty credentials", "Haisi", "127.0.0.1", "", "", "", "", true,
+            "/param.cgi?cmd=getuserinfo&usr=&pwd=");
+        // The camera decodes exactly what was typed, or it would refuse.
+        row("special characters", "Winbond", "127.0.0.1", "", "a&b=c",
+            QString::fromUtf8("p#w+ %2Fä&pwd=x"), "", true,
+            "/check_user.cgi?user=a%26b%3Dc&pwd=p%23w%2B%20%252F%C3%A4%26pwd%3Dx");
+        row("401 stays open", "Winbond", "127.0.0.1", "401", admin, "bad", wrong, false,
+            "/check_user.cgi?user=admin&pwd=bad");
+        // Never needed, and must not pile up in memory while it arrives.
+        row("100 MiB answer", "Haisi", "127.0.0.1", "garbage", admin, "x", "", true,
+            "/param.cgi?cmd=getuserinfo&usr=admin&pwd=x");
+        row("other /24 is not asked", "Winbond", "127.0.1.1", "", admin, "secret",
+            "Authentication|Username and password can not be checked, changes might be invalid",
+            true, "");
+        row("unknown family on the same /24", "Sony", "127.0.0.9", "", admin, "secret", wrong,
+            false, "");
+        row("cancel", "Winbond", "127.0.0.1", "cancel", admin, "secret", "", false, "");
     }
-}
+    void check()
+    {
+        QFETCH(QString, family);
+        QFETCH(QString, mode);
+        QFETCH(QString, user);
+        QFETCH(QString, password);
+        QFETCH(bool, emitted);
+        logged.clear();
+        qputenv("VELTOR_CAMSIM_HOSTILE", mode.toUtf8());
+        CameraSettings settings;
+        settings.family = family == "Haisi" ? Family::Haisi : Family::Winbond;
+        settings.user = user;
+        settings.password = password;
+        SimCamera camera(settings);
+        installFeatures(camera);
+        QVERIFY(camera.http().listen(QHostAddress::LocalHost, 0));
+        const QString port = QString::number(camera.http().serverPort());
 
-// The multi-map of logins reads back newest first, under Qt 5 and Qt 6 alike.
-void UserCheckDialogTest::newestLogin_data()
-{
-    QTest::addColumn<QList<QStringList>>("logins");
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList first{"admin", "one", "80", "Haisi"};
-    const QStringList second{"opr", "two", "81", "Haisi"};
-    const QStringList none{"", "", "", ""};
-    QTest::newRow("none") << QList<QStringList>() << "10.0.0.5" << none;
-    QTest::newRow("one") << QList<QStringList>{first} << "10.0.0.5" << first;
-    QTest::newRow("the second wins") << QList<QStringList>{first, second} << "10.0.0.5" << second;
-    QTest::newRow("another camera's") << QList<QStringList>{first} << "10.0.0.6" << none;
-}
+        userCheckDialog dialog;
+        QFETCH(QString, localAddress);
+        dialog.setNetwork(localAddress);
+        dialog.setData({QStringLiteral("127.0.0.1"), port, family});
+        auto *pass = dialog.findChild<QLineEdit *>(QStringLiteral("pass"));
+        QCOMPARE(pass->echoMode(), QLineEdit::Password);
+        dialog.findChild<QLineEdit *>(QStringLiteral("user"))->setText(user);
+        pass->setText(password);
+        dialog.show();
+        QSignalSpy sent(&dialog, &userCheckDialog::sendData);
+        // Static: an earlier row's answerer, still waiting, may take this row's box.
+        static testsupport::SeenBox box;
+        box = {};
+        testsupport::answerNextMessageBox(&box, QString(), 15000);
+        qint64 mostHeld = 0;
+        QTimer watch;
+        connect(&watch, &QTimer::timeout, [&] {
+            for (const QNetworkReply *reply : dialog.findChildren<QNetworkReply *>())
+                mostHeld = qMax(mostHeld, reply->bytesAvailable());
+        });
+        watch.start(1);
 
-void UserCheckDialogTest::newestLogin()
-{
-    QFETCH(QList<QStringList>, logins);
-    QFETCH(QString, ip);
-    QMultiMap<QString, QString> store;
-    for (const QStringList &login : logins)
-        veltor::storeLogin(&store, QStringLiteral("10.0.0.5"), login);
-    const veltor::CameraLogin got = veltor::newestLogin(store, ip);
-    QTEST((QStringList{got.user, got.password, got.port, got.family}), "expected");
-}
+        const bool cancel = mode == "cancel";
+        dialog.findChild<QPushButton *>(cancel ? "usercancel" : "userok")->click();
+        QTRY_VERIFY_WITH_TIMEOUT(cancel || box.seen || !sent.isEmpty(), 30000);
+        QTest::qWait(50); // a second, wrong box or emission would show up here
+
+        QTEST(box.seen ? box.title + '|' + box.text : QString(), "box");
+        QCOMPARE(sent.size(), emitted ? 1 : 0);
+        if (emitted)
+            QCOMPARE(sent.first().first().toStringList(),
+                     (QStringList{user, password, port, family}));
+        QCOMPARE(dialog.isVisible(), !emitted && !cancel);
+        QStringList paths;
+        for (const CameraLogEntry &entry : camera.logEntries())
+            paths << entry.text.section(' ', 1);
+        QFETCH(QString, path);
+        QCOMPARE(paths, path.isEmpty() ? QStringList() : QStringList{path});
+        QVERIFY2(mostHeld < 4 * 1024 * 1024, qPrintable(QString::number(mostHeld)));
+        // Credentials never reach the debug log, whatever the outcome.
+        for (const QString &line : qAsConst(logged)) {
+            QVERIFY2(password.size() < 4 || !line.contains(password), qPrintable(line));
+            QVERIFY2(user.size() < 4 || !line.contains(user), qPrintable(line));
+        }
+    }
+    // The multi-map of logins reads back newest first, under Qt 5 and Qt 6 alike.
+    void newestLogin()
+    {
+        QMultiMap<QString, QString> store;
+        const auto newest = [&store](const char *ip) {
+            const veltor::CameraLogin got = veltor::newestLogin(store, ip);
+            return QStringList{got.user, got.password, got.port, got.family}.join(' ');
+        };
+        QCOMPARE(newest("10.0.0.5"), "   ");
+        veltor::storeLogin(&store, "10.0.0.5", {"admin", "one", "80", "Haisi"});
+        QCOMPARE(newest("10.0.0.5"), "admin one 80 Haisi");
+        veltor::storeLogin(&store, "10.0.0.5", {"opr", "two", "81", "Haisi"});
+        QCOMPARE(newest("10.0.0.5"), "opr two 81 Haisi");
+        QCOMPARE(newest("10.0.0.6"), "   ");
+    }
+};
 
 QTEST_MAIN(UserCheckDialogTest)
 #include "tst_usercheckdialog.moc"
