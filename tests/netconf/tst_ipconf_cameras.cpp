@@ -297,11 +297,8 @@ private:
     }
     int rowOf(const QString &ip) const
     {
-        for (int row = 0; row < table->rowCount(); ++row) {
-            if (cell(row, 1) == ip)
-                return row;
-        }
-        return -1;
+        const auto found = table->findItems(ip, Qt::MatchExactly);
+        return found.isEmpty() ? -1 : found.first()->row();
     }
     QString cell(int row, int column) const { return table->item(row, column)->text(); }
     void expectEnabled(bool enabled, std::initializer_list<const char *> names)
