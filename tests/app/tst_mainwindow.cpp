@@ -2,9 +2,6 @@
 #include "app/mainwindow.h"
 #include "app/startup.h"
 
-#include "testsupport.h"
-
-#include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
 #include <QLabel>
@@ -52,18 +49,6 @@ private slots:
         QCOMPARE(combo->findText("leftover"), -1);
         QCOMPARE(combo->currentIndex(), 0);
         QCOMPARE(window.getNetwork(), combo->itemText(0));
-    }
-    void aboutIsNewEachTime()
-    {
-        MainWindow window;
-        for (int i = 0; i < 2; ++i) {
-            testsupport::answerNextModal([](QWidget *modal) {
-                QCOMPARE(modal->windowTitle(), QString("About VELTOR Camera Tool"));
-                modal->findChild<QAbstractButton *>("aboutbtn")->click();
-            });
-            window.findChild<QAction *>("actionAbout")->trigger();
-        }
-        QCOMPARE(window.findChildren<aboutDialog *>().size(), 2);
     }
     // The version the build was made with, looked up under the form's context: a catalogue
     // keyed on an old "Version x.y" would leave the German line English.

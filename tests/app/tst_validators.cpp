@@ -50,25 +50,6 @@ private slots:
                               veltor::isNum(text) ? "num" : "", veltor::isAddr(text) ? "addr" : ""};
         QCOMPARE(got.join(' ').simplified(), accepted);
     }
-    void orderingKey_data()
-    {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<int>("key");
-        QTest::newRow("10.0.0.1") << QString("10.0.0.1") << 10001;
-        QTest::newRow("192.168.1.20") << QString("192.168.1.20") << 192168120;
-        QTest::newRow("255.255.255.255") << QString("255.255.255.255") << 0;
-        QTest::newRow("255.255.255.0") << QString("255.255.255.0") << 0;
-        QTest::newRow("200.200.200.200") << QString("200.200.200.200") << 0;
-        QTest::newRow("a.b.c.d") << QString("a.b.c.d") << 0;
-        QTest::newRow("empty") << QString("") << 0;
-        QTest::newRow("1.2") << QString("1.2") << 12;
-        QTest::newRow("1.2.3.4.5") << QString("1.2.3.4.5") << 1234;
-    }
-    void orderingKey()
-    {
-        QFETCH(QString, address);
-        QTEST(veltor::ipToKey(address), "key");
-    }
 };
 
 QTEST_APPLESS_MAIN(tst_Validators)

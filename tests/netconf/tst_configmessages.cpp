@@ -1,5 +1,4 @@
 #include "netconf/configmessages.h"
-#include "netconf/configparse.h"
 #include "netconf/submitchecks.h"
 #include "netconf/submitmessages.h"
 
@@ -115,80 +114,6 @@ private slots:
                  QByteArray::fromHex("4d4f5f4902000000000000000000003d0000003d00000000000000") +
                      field("000A1b2C3D4E") + field("\xc3\xa4\x64min") + field("123456789012"));
         QTEST(datagram.mid(66).toHex(), "addressesAndPort");
-        const auto parsed = veltor::parseWinbondConfig(datagram);
-        QVERIFY(parsed);
-        QCOMPARE(parsed->mac + ' ' + parsed->user + ':' + parsed->password,
-                 QStringLiteral("000A1b2C3D4E ädmin:123456789012"));
-        QVERIFY(!veltor::parseWinbondConfig(datagram.chopped(1)));
-        QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(0, 4, "MO_X")));
-        QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(4, 1, "\x01")));
-    }
-    void winbondFieldLimits_data()
-    {
-        QTest::addColumn<QString>("mac");
-        QTest::addColumn<QString>("user");
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<QString>("refused"); // mac, username or password
-        const QString twelve = QStringLiteral("abcdefghijkl"), none, umlaut(QChar(0xe4));
-        row("12 bytes fit", {kMac, twelve, twelve, none});
-        row("13-byte user", {kMac, twelve + "m", none, "username"});
-        row("13-byte password", {kMac, none, twelve + "m", "password"});
-        row("6 umlauts: 12 bytes", {kMac, umlaut.repeated(6), none, none});
-        row("7 umlauts: 14 bytes", {kMac, none, umlaut.repeated(7), "password"});
-        row("short mac", {"00:0A:1B:2C:3D", none, none, "mac"});
-        row("long mac", {"00:0A:1B:2C:3D:4E:5F", none, none, "mac"});
-    }
-    void winbondFieldLimits()
-    {
-        QFETCH(QString, mac);
-        QFETCH(QString, user);
-        QFETCH(QString, password);
-        QFETCH(QString, refused);
-        const auto found = veltor::checkWinbondFields(mac, user, password);
-        QCOMPARE(int(found), QStringList({"", "mac", "username", "password"}).indexOf(refused));
-        QCOMPARE(veltor::winbondFieldMessage(found),
-                 refused.isEmpty() ? QString()
-                 : refused == "mac"
-                     ? QStringLiteral("The MAC address of this camera has a wrong format")
-                     : "The " + refused + " is too long for this camera (at most 12 bytes)");
-        // Refused, never cut.
-        const auto parsed =
-            veltor::parseWinbondConfig(veltor::winbondConfigDatagram(mac, user, password, form()));
-        QCOMPARE(bool(parsed), refused.isEmpty());
-        if (parsed)
-            QCOMPARE(parsed->user + ':' + parsed->password, user + ':' + password);
-    }
-    void cameraCommands_data()
-    {
-        QTest::addColumn<QByteArray>("datagram");
-        QTest::addColumn<QString>("parsed"); // dhcp flag and address or port; empty: refused
-        const auto cmd = [](const QByteArray &body) {
-            return veltor::hdsCmdRequest(7, "admin", "pw", "D", body);
-        };
-        const QByteArray good = cmd("netconf set -dhcp on");
-        QTest::newRow("dhcp on") << good << "1 ";
-        QTest::newRow("dhcp off") << cmd(veltor::netconfBody(form(), kMac)) << "0 192.168.1.20";
-        QTest::newRow("port") << cmd("httpport set -httpport 81") << "0 81";
-        QTest::newRow("unknown command") << cmd("reboot set -now 1") << "";
-        QTest::newRow("off without address") << cmd("netconf set -dhcp off") << "";
-        QTest::newRow("bad dhcp word") << cmd("netconf set -dhcp maybe") << "";
-        QTest::newRow("body cut") << good.chopped(1) << "";
-        QTest::newRow("no authorization")
-            << QByteArray(
-                   "CMD * HDS/1.0\r\nCSeq:1\r\nContent-Length:20\r\n\r\nnetconf set -dhcp on")
-            << "";
-        QTest::newRow("bad cseq") << QByteArray(good).replace("CSeq:7", "CSeq:x") << "";
-    }
-    void cameraCommands()
-    {
-        QFETCH(QByteArray, datagram);
-        const auto request = veltor::parseHdsCmd(datagram);
-        const auto command = request ? veltor::parseCameraCommand(request->body) : std::nullopt;
-        const bool port = command && command->kind == veltor::CameraCommand::HttpPort;
-        QTEST(!command ? QString()
-                       : QString::number(command->settings.dhcp) + ' ' +
-                             (port ? command->settings.port : command->settings.ip),
-              "parsed");
     }
     void submitChecks_data()
     {
@@ -203,7 +128,6 @@ private slots:
         row("1 minus sign", W, {"port=-1"}, 1);
         row("1 letter", H, {"dhcp=1", "port=8o"}, 1);
         row("1 before 4", H, {"port=x", "ip=1.2.3"}, 1);
-        row("65535", W, {"port=65535"}, 0);
         row("2 65536", W, {"port=65536"}, 2);
         row("too long for int", W, {"port=99999999999"}, 0);
         row("4 three parts", H, {"ip=1.2.3"}, 4);
@@ -212,7 +136,6 @@ private slots:
         row("6 gateway", H, {"gateway=gw"}, 6);
         row("7 dns", H, {"dns=8.8.8.8."}, 7);
         row("8 ip 256", W, {"ip=256.1.1.1"}, 8);
-        row("8 empty part", W, {"ip=1..2.3"}, 8);
         row("9 subnet", W, {"subnet=255.255.256.0"}, 9);
         row("10 gateway", W, {"gateway=1.1.1.300"}, 10);
         row("11 dns", W, {"dns=999.8.8.8"}, 11);

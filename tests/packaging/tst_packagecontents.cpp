@@ -56,15 +56,14 @@ private slots:
     {
         const QString control = run(QStringLiteral("dpkg-deb"), {"-f", m_deb});
         // Depends is found by dpkg-shlibdeps, not written by hand: the Qt this build used.
+        const QString qt = QString::number(QT_VERSION_MAJOR);
         for (const QString &pattern :
-             {QStringLiteral("^Package: veltor-camera-tool$"),
-              QStringLiteral("^Version: " VELTOR_VERSION "$"), QStringLiteral("^Maintainer: .*@"),
-              QStringLiteral("^Depends: .*libqt%1widgets%1").arg(QT_VERSION_MAJOR),
-              QStringLiteral("^Depends: .*libqt%1network%1").arg(QT_VERSION_MAJOR),
-              QStringLiteral("^Depends: .*libc6"), QStringLiteral("^ VELTOR") /* long text */}) {
-            const QRegularExpression re(pattern, QRegularExpression::MultilineOption);
-            QVERIFY2(re.match(control).hasMatch(), qPrintable(pattern + '\n' + control));
-        }
+             QStringList{"^Package: veltor-camera-tool$", "^Version: " VELTOR_VERSION "$",
+                         "^Maintainer: .*@", "^Depends: .*libqt" + qt + "widgets" + qt,
+                         "^Depends: .*libqt" + qt + "network" + qt, "^Depends: .*libc6",
+                         "^ VELTOR" /* long description */})
+            QVERIFY2(!captures(control, "(" + pattern + ")").isEmpty(),
+                     qPrintable(pattern + '\n' + control));
         // No other Qt, and a long description that is no CMake list.
         QVERIFY2(!control.contains(QStringLiteral("libqt%1").arg(QT_VERSION_MAJOR == 5 ? 6 : 5)) &&
                      !control.contains("\n ;"),
