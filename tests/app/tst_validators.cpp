@@ -43,9 +43,8 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QString, accepted);
         const bool ip = veltor::checkIp(text);
-        QCOMPARE((QList<bool>{veltor::checkSubnet(text), veltor::checkGateway(text),
-                              veltor::checkDns(text)}),
-                 (QList<bool>{ip, ip, ip}));
+        QCOMPARE(veltor::checkSubnet(text) + veltor::checkGateway(text) + veltor::checkDns(text),
+                 3 * ip);
         const QStringList got{ip ? "ip" : "", veltor::checkPort(text) ? "port" : "",
                               veltor::isNum(text) ? "num" : "", veltor::isAddr(text) ? "addr" : ""};
         QCOMPARE(got.join(' ').simplified(), accepted);

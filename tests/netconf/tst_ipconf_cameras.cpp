@@ -17,8 +17,6 @@
 
 namespace {
 
-// The fleet's password: characters a query string must carry intact.
-const QString kPassword = QStringLiteral("p&#w+%1");
 const char *const kFormFields[] = {"ipaddress", "subnet", "gateway", "dns", "httpport"};
 using Action = std::function<void(QWidget *)>;
 
@@ -78,7 +76,8 @@ private slots:
     {
         CAMSIM_FLEET_OR_SKIP(fleet);
         QCOMPARE(fleet.size(), 4);
-        QCOMPARE(fleet.first().password, kPassword);
+        // Characters a query string must carry intact.
+        QCOMPARE(fleet.first().password, QStringLiteral("p&#w+%1"));
         qputenv("VELTOR_REBOOT_STEP_MS", "1");
     }
     void init()

@@ -1,6 +1,5 @@
-// Builds the Debian package from this build tree, unpacks it and checks what a broken package
-// gets wrong: name, version, dependencies, and whether everything the menu entry and the
-// software-centre metadata point to is in it (validators accept an Exec naming nothing).
+// Builds and unpacks the Debian package: name, version, dependencies, and everything the menu
+// entry and the metadata point to (validators accept an Exec naming nothing).
 #include <QDirIterator>
 #include <QImageReader>
 #include <QProcess>
