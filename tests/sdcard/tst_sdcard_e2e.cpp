@@ -9,11 +9,11 @@
 
 #include "boxes.h"
 #include "camsimfleet.h"
-#include "fakecard.h"
 #include "filehashes.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDateTime>
 #include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,12 +29,8 @@ namespace {
 QByteArray fetch(const QUrl &url)
 {
     QNetworkAccessManager manager;
-    QNetworkRequest request(url);
-    request.setTransferTimeout(10000);
-    QNetworkReply *reply = manager.get(request);
-    QEventLoop loop;
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
+    QNetworkReply *reply = manager.get(QNetworkRequest(url));
+    QSignalSpy(reply, &QNetworkReply::finished).wait(10000);
     reply->deleteLater();
     return reply->readAll();
 }
@@ -48,6 +44,20 @@ int rowOf(const QTableWidget *table, const QString &text, int column)
     return -1;
 }
 
+QTableWidget *listOf(sdmanager *browser)
+{
+    return browser->findChild<QTableWidget *>("tableShowSdInfo");
+}
+
+sdmanager *shownBrowser()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *browser = qobject_cast<sdmanager *>(widget))
+            return browser;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 class TestSdCardEndToEnd : public QObject
@@ -58,20 +68,30 @@ private slots:
     void initTestCase();
     void cleanupTestCase() { delete window; }
     void unlockShowsStatus();
+    void statusProblems_data();
+    void statusProblems();
     void browseAndPreview();
     void download_data();
     void download();
+    void existingDirectory();
+    void selectAtRoot_data();
+    void selectAtRoot();
     void winbondHasNoCard();
-    void formatEmptiesCard();
+    void format_data();
+    void format();
 
 private:
     QJsonArray control(const QString &query) { return camsimfleet::sdCardControl(haisi, query); }
-    QMap<QString, QByteArray> simHashes(const QString &prefix)
+    void hostile(const QString &mode)
     {
-        return camsimfleet::sdCardHashes(haisi, prefix);
+        camsimfleet::fetchJson(haisi, "/camsim/hostile?mode=" + mode);
     }
+    void settle();
+    void handCredentials(const QString &password);
+    void click(const camsimfleet::Camera &camera);
     std::unique_ptr<sdmanager> openBrowser(const QString &target);
     bool enter(sdmanager *browser, const QString &folder);
+    template <class T> T *child(const char *name) { return window->findChild<T *>(name); }
 
     QVector<camsimfleet::Camera> cameras;
     camsimfleet::Camera haisi;
@@ -88,9 +108,8 @@ void TestSdCardEndToEnd::initTestCase()
         (camera.family == "Haisi" ? haisi : winbond) = camera;
     QVERIFY(!haisi.ip.isEmpty() && !winbond.ip.isEmpty());
     window = new MainWindow;
-    window->findChild<QComboBox *>("wifiComboBox")
-        ->setCurrentText(qEnvironmentVariable("VELTOR_TOOL_IP"));
-    table = window->findChild<QTableWidget *>("tableWidgetSearch_4");
+    child<QComboBox>("wifiComboBox")->setCurrentText(qEnvironmentVariable("VELTOR_TOOL_IP"));
+    table = child<QTableWidget>("tableWidgetSearch_4");
     QMetaObject::invokeMethod(window, "on_searchButton_clicked");
     QTRY_COMPARE_WITH_TIMEOUT(table->rowCount(), cameras.size(), 15000);
 }
@@ -106,18 +125,76 @@ void TestSdCardEndToEnd::unlockShowsStatus()
         QMetaObject::invokeMethod(dialog->findChild<QPushButton *>("userok"), "click",
                                   Qt::QueuedConnection);
     });
-    QMetaObject::invokeMethod(window, "mycellClickedSdmanager",
-                              Q_ARG(int, rowOf(table, haisi.ip, 1)), Q_ARG(int, 1));
+    click(haisi);
     const veltor::SdCamera camera{haisi.ip, QString::number(haisi.httpPort), haisi.user,
                                   haisi.password};
     const veltor::SdSizeLabels expected =
         veltor::sdSizeLabels(veltor::parseSdStatus(fetch(camera.statusUrl())));
-    auto *total = window->findChild<QLabel *>("totalMenorySize");
+    auto *total = child<QLabel>("totalMenorySize");
     QTRY_COMPARE_WITH_TIMEOUT(total->text(), QString("15193.5MB"), 10000);
     QCOMPARE(total->text(), expected.total);
-    QCOMPARE(window->findChild<QLabel *>("UsedMemorySize")->text(), expected.used);
-    QCOMPARE(window->findChild<QLabel *>("leftMemorySize")->text(), expected.free);
-    QVERIFY(window->findChild<QPushButton *>("viewFilesBtn")->isEnabled());
+    QCOMPARE(child<QLabel>("UsedMemorySize")->text(), expected.used);
+    QCOMPARE(child<QLabel>("leftMemorySize")->text(), expected.free);
+    QVERIFY(child<QPushButton>("viewFilesBtn")->isEnabled());
+}
+
+// Waits until every status request of the window has been answered and taken in.
+void TestSdCardEndToEnd::settle()
+{
+    QTRY_VERIFY_WITH_TIMEOUT(
+        window->findChildren<QNetworkAccessManager *>(QString(), Qt::FindDirectChildrenOnly)
+            .isEmpty(),
+        10000);
+}
+
+// The credential dialog's answer for the selected camera.
+void TestSdCardEndToEnd::handCredentials(const QString &password)
+{
+    QMetaObject::invokeMethod(
+        window, "receiveCamSdCard",
+        Q_ARG(QStringList,
+              (QStringList{haisi.user, password, QString::number(haisi.httpPort), "Haisi"})));
+    settle();
+}
+
+void TestSdCardEndToEnd::click(const camsimfleet::Camera &camera)
+{
+    QMetaObject::invokeMethod(window, "mycellClickedSdmanager",
+                              Q_ARG(int, rowOf(table, camera.ip, 1)), Q_ARG(int, 1));
+}
+
+void TestSdCardEndToEnd::statusProblems_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<bool>("wrongPassword");
+    QTest::addColumn<QString>("message");
+    const QString failed = QStringLiteral("Could not retrieve SD card information");
+    QTest::newRow("refused") << "401" << false << failed;
+    QTest::newRow("no card") << "noquotes" << false << "No SD card detected";
+    // Newest credentials first: the dialog's right ones came earlier.
+    QTest::newRow("newest credentials") << "off" << true << failed;
+}
+
+void TestSdCardEndToEnd::statusProblems()
+{
+    QFETCH(QString, mode);
+    QFETCH(bool, wrongPassword);
+    hostile(mode);
+    if (wrongPassword)
+        handCredentials("wrong");
+    // Show Files must go by this answer, not by the one before the Winbond click.
+    click(winbond);
+    click(haisi);
+    settle();
+    auto boxes = answerBoxes({""});
+    QMetaObject::invokeMethod(window, "on_viewFilesBtn_clicked");
+    QTRY_COMPARE(boxes->answered, 1);
+    QCOMPARE(boxes->seen.at(0).title, QString("Message"));
+    QTEST(boxes->seen.at(0).text, "message");
+    QVERIFY(!shownBrowser());
+    settle();
+    hostile("off");
+    handCredentials(haisi.password);
 }
 
 std::unique_ptr<sdmanager> TestSdCardEndToEnd::openBrowser(const QString &target)
@@ -125,12 +202,14 @@ std::unique_ptr<sdmanager> TestSdCardEndToEnd::openBrowser(const QString &target
     std::unique_ptr<sdmanager> browser(new sdmanager);
     browser->setDirectoryChooser([target](QWidget *) { return target; });
     browser->setData({haisi.ip, QString::number(haisi.httpPort), haisi.password, haisi.user});
+    if (!QTest::qWaitFor([&] { return listOf(browser.get())->rowCount() == 2; }, 10000))
+        qWarning("the browser listed no card");
     return browser;
 }
 
 bool TestSdCardEndToEnd::enter(sdmanager *browser, const QString &folder)
 {
-    auto *list = browser->findChild<QTableWidget *>("tableShowSdInfo");
+    QTableWidget *list = listOf(browser);
     if (!QTest::qWaitFor([&] { return rowOf(list, folder, 0) >= 0; }, 10000))
         return false;
     QMetaObject::invokeMethod(browser, "mycellsdDoubleClicked", Q_ARG(int, rowOf(list, folder, 0)),
@@ -142,33 +221,49 @@ bool TestSdCardEndToEnd::enter(sdmanager *browser, const QString &folder)
 void TestSdCardEndToEnd::browseAndPreview()
 {
     control("reset=1");
-    QTRY_VERIFY_WITH_TIMEOUT(!window->findChild<QLabel *>("totalMenorySize")->text().isEmpty(),
-                             10000);
     QMetaObject::invokeMethod(window, "on_viewFilesBtn_clicked");
-    sdmanager *shown = nullptr;
-    for (QWidget *widget : QApplication::topLevelWidgets())
-        shown = shown ? shown : qobject_cast<sdmanager *>(widget);
-    QVERIFY2(shown, "Show Files opened no browser");
-    std::unique_ptr<sdmanager> browser(shown);
+    std::unique_ptr<sdmanager> browser(shownBrowser());
+    QVERIFY2(browser, "Show Files opened no browser");
     QCOMPARE(browser->windowTitle(), QString("SD Card Information"));
-    auto *list = browser->findChild<QTableWidget *>("tableShowSdInfo");
+    QCOMPARE(browser->windowModality(), Qt::ApplicationModal);
+    QTableWidget *list = listOf(browser.get());
     QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 2, 10000);
     QCOMPARE(list->item(0, 0)->text(), QString("20261123/"));
     QCOMPARE(list->item(0, 1)->text(), QString("23-Nov-2026 10:00"));
+    QCOMPARE(list->item(0, 0)->foreground().color(), QColor(0, 0, 255));
+    QCOMPARE(list->horizontalHeaderItem(2)->text(), QString("state"));
+    QVERIFY(browser->findChild<QWidget *>("back")->isHidden());
+    QMetaObject::invokeMethod(browser.get(), "mycellsdClicked", Q_ARG(int, 1), Q_ARG(int, 0));
+    QCOMPARE(list->item(1, 1)->background().color(), QColor(73, 178, 235));
+    // One day folder ticked at a time.
+    for (const int row : {0, 1})
+        QMetaObject::invokeMethod(browser.get(), "mycellfileClicked", Q_ARG(int, row),
+                                  Q_ARG(int, 0));
+    QCOMPARE(list->item(0, 2)->checkState(), Qt::Unchecked);
+    QCOMPARE(list->item(1, 2)->checkState(), Qt::Checked);
+
     QVERIFY(enter(browser.get(), "20261123/"));
     QCOMPARE(list->item(0, 0)->text(), QString("images001/"));
+    QVERIFY(!browser->findChild<QWidget *>("back")->isHidden());
     QVERIFY(enter(browser.get(), "images001/"));
     QCOMPARE(list->rowCount(), 3);
+    QCOMPARE(list->horizontalHeaderItem(2)->text(), QString("Size"));
     QCOMPARE(list->item(0, 0)->text(), QString("P26112310000000.jpg"));
     QVERIFY(list->item(0, 2)->text().endsWith("k"));
     QMetaObject::invokeMethod(browser.get(), "mycellfileClicked", Q_ARG(int, 0), Q_ARG(int, 0));
     auto *preview = browser->findChild<QLabel *>("imgShow");
     QVERIFY(!preview->isHidden());
-    QVERIFY(!preview->pixmap(Qt::ReturnByValue).isNull());
+    QCOMPARE(preview->pixmap(Qt::ReturnByValue).size(), preview->size());
+    QCOMPARE(list->item(0, 3)->checkState(), Qt::Checked);
     QMetaObject::invokeMethod(browser.get(), "on_back_clicked");
+    QVERIFY(preview->isHidden());
+    QCOMPARE(list->columnCount(), 3);
     QCOMPARE(list->item(1, 0)->text(), QString("record001/"));
     QMetaObject::invokeMethod(browser.get(), "on_back_clicked");
+    QCOMPARE(list->rowCount(), 2);
     QCOMPARE(list->item(1, 0)->text(), QString("20261124/"));
+    QCOMPARE(list->item(1, 2)->checkState(), Qt::Unchecked);
+    QVERIFY(browser->findChild<QWidget *>("selectallBtn")->isHidden());
 }
 
 void TestSdCardEndToEnd::download_data()
@@ -179,53 +274,43 @@ void TestSdCardEndToEnd::download_data()
     QTest::addColumn<QString>("fromCamera"); // the camera folder downloaded
     QTest::addColumn<QString>("local");      // where it lands below the new directory
     QTest::addColumn<QString>("lost");       // camera path that must be reported and absent
-    QTest::newRow("files at level three") << QStringList{"20261123/", "record001/"} << "*"
-                                          << ""
-                                          << "20261123/record001/"
-                                          << ""
-                                          << "";
-    QTest::newRow("day folder") << QStringList{} << "20261124/"
-                                << ""
-                                << "20261124/"
-                                << "20261124/"
-                                << "";
-    QTest::newRow("sub-folder") << QStringList{"20261123/"} << "images001/"
-                                << ""
-                                << "20261123/images001/"
-                                << "images001/"
-                                << "";
-    QTest::newRow("cut recording") << QStringList{"20261123/", "record001/"} << "*"
-                                   << "cut=20261123/record001/R20261123_100001_0001.264"
-                                   << "20261123/record001/"
-                                   << ""
-                                   << "20261123/record001/R20261123_100001_0001.264";
-    QTest::newRow("failing listing") << QStringList{} << "20261124/"
-                                     << "fail=20261124/images001/"
-                                     << "20261124/"
-                                     << "20261124/"
-                                     << "20261124/images001/";
+    const auto row = [](const char *name, const QStringList &browse, const QString &tick,
+                        const QString &misbehave, const QString &fromCamera, const QString &local,
+                        const QString &lost) {
+        QTest::newRow(name) << browse << tick << misbehave << fromCamera << local << lost;
+    };
+    const QString recording = "20261123/record001/R20261123_100001_0001.264";
+    const QString picture = "20261124/images001/P26112410000101.jpg";
+    row("files at level three", {"20261123/", "record001/"}, "*", "", "20261123/record001/", "",
+        "");
+    row("day folder", {}, "20261124/", "", "20261124/", "20261124/", "");
+    row("sub-folder", {"20261123/"}, "images001/", "", "20261123/images001/", "images001/", "");
+    row("cut recording", {"20261123/", "record001/"}, "*", "cut=" + recording,
+        "20261123/record001/", "", recording);
+    row("failing picture", {"20261124/", "images001/"}, "*", "fail=" + picture,
+        "20261124/images001/", "", picture);
+    row("failing listing", {}, "20261124/", "fail=20261124/images001/", "20261124/", "20261124/",
+        "20261124/images001/");
 }
 
 void TestSdCardEndToEnd::download()
 {
     QFETCH(QStringList, browse);
     QFETCH(QString, tick);
-    QFETCH(QString, misbehave);
     QFETCH(QString, fromCamera);
     QFETCH(QString, local);
     QFETCH(QString, lost);
+    QFETCH(QString, misbehave);
     control("reset=1&" + misbehave);
     QTemporaryDir target;
     std::unique_ptr<sdmanager> browser = openBrowser(target.path());
-    auto *list = browser->findChild<QTableWidget *>("tableShowSdInfo");
-    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 2, 10000);
     for (const QString &folder : browse)
         QVERIFY(enter(browser.get(), folder));
     if (tick == "*")
         QMetaObject::invokeMethod(browser.get(), "on_selectallBtn_clicked");
     else
         QMetaObject::invokeMethod(browser.get(), "mycellfileClicked",
-                                  Q_ARG(int, rowOf(list, tick, 0)), Q_ARG(int, 0));
+                                  Q_ARG(int, rowOf(listOf(browser.get()), tick, 0)), Q_ARG(int, 0));
 
     const bool listingFails = lost.endsWith('/');
     auto boxes = answerBoxes(listingFails ? QStringList{"OK", "", ""} : QStringList{"OK", ""});
@@ -233,12 +318,18 @@ void TestSdCardEndToEnd::download()
     QTRY_COMPARE_WITH_TIMEOUT(boxes->answered, listingFails ? 3 : 2, 60000);
     const QString summary = boxes->seen.last().text;
     if (lost.isEmpty())
-        QVERIFY2(summary.startsWith("Download "), qPrintable(summary));
+        QCOMPARE(summary,
+                 QString(browse.size() == 2 ? "Download successful!" : "Download Successful!"));
     else
         QVERIFY2(summary.contains(lost), qPrintable(summary));
+    if (listingFails)
+        QCOMPARE(boxes->seen.at(1).text, QString("Download error!Try again!"));
+    auto *button = browser->findChild<QPushButton *>("download");
+    QCOMPARE(button->text(), QString("Download"));
+    QVERIFY(button->styleSheet().contains("#ffa03e"));
 
     QMap<QString, QByteArray> expected;
-    const QMap<QString, QByteArray> onCamera = simHashes(fromCamera);
+    const QMap<QString, QByteArray> onCamera = camsimfleet::sdCardHashes(haisi, fromCamera);
     for (auto it = onCamera.begin(); it != onCamera.end(); ++it) {
         if (lost.isEmpty() || !QString(fromCamera + it.key()).startsWith(lost))
             expected.insert(local + it.key(), it.value());
@@ -248,10 +339,44 @@ void TestSdCardEndToEnd::download()
     QCOMPARE(testsupport::fileHashes(target.path() + '/' + stamps.first()), expected);
 }
 
+void TestSdCardEndToEnd::existingDirectory()
+{
+    QTemporaryDir target;
+    std::unique_ptr<sdmanager> browser = openBrowser(target.path());
+    const QDateTime now = QDateTime::currentDateTime();
+    for (int s = 0; s < 3; ++s)
+        QDir(target.path()).mkdir(now.addSecs(s).toString("yyyyMMddhhmmss"));
+    auto boxes = answerBoxes({"OK", ""});
+    QMetaObject::invokeMethod(browser.get(), "on_download_clicked");
+    QTRY_COMPARE(boxes->answered, 2);
+    QCOMPARE(boxes->seen.at(1).title, QString("New directory"));
+    QCOMPARE(boxes->seen.at(1).text, QString("This directory already exists"));
+}
+
+void TestSdCardEndToEnd::selectAtRoot_data()
+{
+    QTest::addColumn<QString>("slot");
+    QTest::addColumn<QString>("text");
+    const QString text = QStringLiteral("Unexpected Error: Wrong parameters in sdmanager:%1");
+    QTest::newRow("select") << "on_selectallBtn_clicked" << text.arg("on_selectallBtn_clicked");
+    QTest::newRow("deselect") << "on_deselectallBtn_clicked" << text.arg("on_delectallBtn_clicked");
+}
+
+void TestSdCardEndToEnd::selectAtRoot()
+{
+    QFETCH(QString, slot);
+    QTemporaryDir target;
+    std::unique_ptr<sdmanager> browser = openBrowser(target.path());
+    auto boxes = answerBoxes({""});
+    QMetaObject::invokeMethod(browser.get(), qPrintable(slot));
+    QTRY_COMPARE(boxes->answered, 1);
+    QCOMPARE(boxes->seen.at(0).title, QString("Error"));
+    QTEST(boxes->seen.at(0).text, "text");
+}
+
 void TestSdCardEndToEnd::winbondHasNoCard()
 {
-    QMetaObject::invokeMethod(window, "mycellClickedSdmanager",
-                              Q_ARG(int, rowOf(table, winbond.ip, 1)), Q_ARG(int, 1));
+    click(winbond);
     auto boxes = answerBoxes({""});
     QMetaObject::invokeMethod(window, "on_viewFilesBtn_clicked");
     QTRY_COMPARE(boxes->answered, 1);
@@ -259,24 +384,38 @@ void TestSdCardEndToEnd::winbondHasNoCard()
     QCOMPARE(boxes->seen.at(0).text, QString("VGA-Cameras do not support SD cards"));
 }
 
-void TestSdCardEndToEnd::formatEmptiesCard()
+void TestSdCardEndToEnd::format_data()
 {
+    QTest::addColumn<bool>("succeeds");
+    QTest::newRow("camera fails") << false;
+    QTest::newRow("success") << true;
+}
+
+void TestSdCardEndToEnd::format()
+{
+    QFETCH(bool, succeeds);
     control("reset=1");
     QTemporaryDir target;
     std::unique_ptr<sdmanager> browser = openBrowser(target.path());
-    auto *list = browser->findChild<QTableWidget *>("tableShowSdInfo");
-    QTRY_COMPARE_WITH_TIMEOUT(list->rowCount(), 2, 10000);
+    browser->show();
+    hostile(succeeds ? "off" : "500");
     auto boxes = answerBoxes({"OK", ""});
     QMetaObject::invokeMethod(browser.get(), "on_format_clicked");
     QTRY_COMPARE_WITH_TIMEOUT(boxes->answered, 2, 10000);
-    QCOMPARE(boxes->seen.at(1).text, QString("Success!"));
-    QCOMPARE(list->rowCount(), 0);
-    QVERIFY(control("").isEmpty());
+    hostile("off");
+    QCOMPARE(boxes->seen.at(1).title, QString("SD Format"));
+    QCOMPARE(boxes->seen.at(1).text, QString(succeeds ? "Success!" : "Unexpected error occured"));
+    // A failed format leaves the browser disabled until it is closed.
+    QCOMPARE(browser->isEnabled(), succeeds);
+    QCOMPARE(listOf(browser.get())->rowCount(), succeeds ? 0 : 2);
+    QCOMPARE(browser->findChild<QWidget *>("format")->isHidden(), succeeds);
+    QCOMPARE(control("").isEmpty(), succeeds);
+    if (!succeeds)
+        return;
     std::unique_ptr<sdmanager> again = openBrowser(target.path());
-    auto *emptied = again->findChild<QTableWidget *>("tableShowSdInfo");
-    QTRY_COMPARE_WITH_TIMEOUT(emptied->horizontalHeaderItem(0)->text(), QString("File Name"),
-                              10000);
-    QCOMPARE(emptied->rowCount(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(listOf(again.get())->horizontalHeaderItem(0)->text(),
+                              QString("File Name"), 10000);
+    QCOMPARE(listOf(again.get())->rowCount(), 0);
     control("reset=1");
 }
 

@@ -24,86 +24,67 @@ class tst_UploadNetns : public QObject
 
 private slots:
     void initTestCase();
-    void cleanupTestCase();
+    void cleanupTestCase() { delete window; }
     void uploadToCamera_data();
     void uploadToCamera();
     void simulatorRejectsBadFraming_data();
     void simulatorRejectsBadFraming();
 
 private:
-    int rowOf(const QString &ip) const;
-    void unlockOnUpdateTab(const camsimfleet::Camera &camera);
-    static QJsonArray uploads(const camsimfleet::Camera &camera);
-    QJsonObject lastUpload(const camsimfleet::Camera &camera, int count);
+    const camsimfleet::Camera &cameraOf(const QString &family) const;
+    void click(const camsimfleet::Camera &camera);
+    template <class T> T *child(const char *name) { return window->findChild<T *>(name); }
 
     QVector<camsimfleet::Camera> fleet;
     QTemporaryDir dir;
     MainWindow *window = nullptr;
 };
 
+namespace {
+
+QJsonArray uploads(const camsimfleet::Camera &camera)
+{
+    return camsimfleet::fetchJson(camera, "/camsim/uploads").value("uploads").toArray();
+}
+
+// The camera's record of upload number `count`, once both verdicts are in.
+QJsonObject upload(const camsimfleet::Camera &camera, int count)
+{
+    QJsonObject found;
+    (void)QTest::qWaitFor(
+        [&] {
+            found = uploads(camera).at(count - 1).toObject();
+            return found["done"].toBool() && found["standardCheck"].toString() != "pending";
+        },
+        30000);
+    return found;
+}
+
+} // namespace
+
 void tst_UploadNetns::initTestCase()
 {
     CAMSIM_FLEET_OR_SKIP(fleet);
     window = new MainWindow;
-    auto *interfaces = window->findChild<QComboBox *>(QStringLiteral("wifiComboBox"));
-    interfaces->setCurrentText(qEnvironmentVariable("VELTOR_TOOL_IP"));
+    child<QComboBox>("wifiComboBox")->setCurrentText(qEnvironmentVariable("VELTOR_TOOL_IP"));
     QMetaObject::invokeMethod(window, "on_searchButton_clicked");
     for (const camsimfleet::Camera &camera : qAsConst(fleet))
-        QVERIFY2(rowOf(camera.ip) >= 0, qPrintable(camera.ip + " was not found"));
+        QVERIFY2(!child<QTableWidget>("tableWidgetSearch_3")
+                      ->findItems(camera.ip, Qt::MatchExactly)
+                      .isEmpty(),
+                 qPrintable(camera.ip + " was not found"));
 }
 
-void tst_UploadNetns::cleanupTestCase()
+const camsimfleet::Camera &tst_UploadNetns::cameraOf(const QString &family) const
 {
-    delete window;
+    return *std::find_if(fleet.cbegin(), fleet.cend(),
+                         [&](const camsimfleet::Camera &c) { return c.family == family; });
 }
 
-int tst_UploadNetns::rowOf(const QString &ip) const
+void tst_UploadNetns::click(const camsimfleet::Camera &camera)
 {
-    const auto *table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_3"));
-    for (int row = 0; row < table->rowCount(); ++row) {
-        if (table->item(row, 1) && table->item(row, 1)->text() == ip)
-            return row;
-    }
-    return -1;
-}
-
-// The dialog's own check is the auth tests' business: here it answers as
-// after a successful check.
-void tst_UploadNetns::unlockOnUpdateTab(const camsimfleet::Camera &camera)
-{
-    QString title;
-    testsupport::answerNextModal([&title, camera](QWidget *modal) {
-        title = modal->windowTitle();
-        const QStringList credentials{camera.user, camera.password,
-                                      QString::number(camera.httpPort), camera.family};
-        QMetaObject::invokeMethod(modal, "sendData", Q_ARG(QStringList, credentials));
-        static_cast<QDialog *>(modal)->reject();
-    });
-    auto *table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_3"));
-    emit table->cellClicked(rowOf(camera.ip), 1);
-    QCOMPARE(title, QStringLiteral("Authentication required"));
-}
-
-QJsonArray tst_UploadNetns::uploads(const camsimfleet::Camera &camera)
-{
-    return camsimfleet::fetchJson(camera, QStringLiteral("/camsim/uploads"))
-        .value(QStringLiteral("uploads"))
-        .toArray();
-}
-
-// The camera's record of upload number `count`, once both verdicts are in.
-QJsonObject tst_UploadNetns::lastUpload(const camsimfleet::Camera &camera, int count)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < 30000) {
-        const QJsonObject last = uploads(camera).at(count - 1).toObject();
-        if (last.value(QStringLiteral("done")).toBool() &&
-            last.value(QStringLiteral("standardCheck")) != QLatin1String("pending"))
-            return last;
-        QTest::qWait(100);
-    }
-    return QJsonObject();
+    auto *table = child<QTableWidget>("tableWidgetSearch_3");
+    emit table->cellClicked(table->findItems(camera.ip, Qt::MatchExactly).first()->row(), 1);
 }
 
 void tst_UploadNetns::uploadToCamera_data()
@@ -125,21 +106,34 @@ void tst_UploadNetns::uploadToCamera()
     QFETCH(QString, family);
     QFETCH(int, kind);
     QFETCH(QString, name);
-    const auto camera =
-        std::find_if(fleet.cbegin(), fleet.cend(),
-                     [&](const camsimfleet::Camera &c) { return c.family == family; });
-    QVERIFY(camera != fleet.cend());
-    const int before = uploads(*camera).size();
-    // The first visit asks for credentials; later ones find the camera unlocked.
-    if (before == 0)
-        unlockOnUpdateTab(*camera);
-    else
-        emit window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_3"))
-            ->cellClicked(rowOf(camera->ip), 1);
-    auto *kinds = window->findChild<QComboBox *>(QStringLiteral("selectBox"));
-    kinds->setCurrentIndex(kind);
-    QCOMPARE(window->findChild<QLineEdit *>(QStringLiteral("versionEdit"))->text(),
-             kind == 1 ? camera->webVersion : camera->firmwareVersion);
+    const camsimfleet::Camera &camera = cameraOf(family);
+    const int before = uploads(camera).size();
+    // The first visit asks for credentials, with the controls of every tab
+    // locked (another camera may be unlocked already); later ones find it unlocked.
+    QString title;
+    bool lockedWhileAsked = false;
+    if (before == 0) {
+        testsupport::answerNextModal([&](QWidget *modal) {
+            title = modal->windowTitle();
+            lockedWhileAsked = !child<QWidget>("updateSubmit")->isEnabled() &&
+                               !child<QWidget>("dhcpsubmit")->isEnabled();
+            // The dialog's own check is the auth tests' business: it answers as after one.
+            QMetaObject::invokeMethod(
+                modal, "sendData",
+                Q_ARG(QStringList, (QStringList{camera.user, camera.password,
+                                                QString::number(camera.httpPort), camera.family})));
+            static_cast<QDialog *>(modal)->reject();
+        });
+    }
+    click(camera);
+    if (before == 0) {
+        QCOMPARE(title, QStringLiteral("Authentication required"));
+        QVERIFY(lockedWhileAsked);
+    }
+    QVERIFY(child<QWidget>("updateSubmit")->isEnabled());
+    child<QComboBox>("selectBox")->setCurrentIndex(kind);
+    QCOMPARE(child<QLineEdit>("versionEdit")->text(),
+             kind == 1 ? camera.webVersion : camera.firmwareVersion);
 
     QByteArray content(5 << 20, Qt::Uninitialized);
     QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(content.data()),
@@ -147,23 +141,22 @@ void tst_UploadNetns::uploadToCamera()
     QFile file(dir.filePath(name));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
-    window->findChild<QLineEdit *>(QStringLiteral("fileEdit"))->setText(file.fileName());
+    child<QLineEdit>("fileEdit")->setText(file.fileName());
     testsupport::SeenBox box;
     testsupport::answerNextMessageBox(&box, QString(), 20000);
-    window->findChild<QPushButton *>(QStringLiteral("updateSubmit"))->click();
+    child<QPushButton>("updateSubmit")->click();
 
-    const QJsonObject upload = lastUpload(*camera, before + 1);
-    QVERIFY2(!upload.isEmpty(), "the camera saw no finished upload");
-    QTEST(upload.value(QStringLiteral("path")).toString(), "path");
-    QCOMPARE(upload.value(QStringLiteral("error")).toString(), QString());
-    QCOMPARE(
-        upload.value(QStringLiteral("sha256")).toString(),
-        QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex()));
-    const QString standard = upload.value(QStringLiteral("standardCheck")).toString();
-    if (standard.startsWith(QLatin1String("unavailable")))
+    const QJsonObject record = upload(camera, before + 1);
+    QVERIFY2(!record.isEmpty(), "the camera saw no finished upload");
+    QTEST(record["path"].toString(), "path");
+    QCOMPARE(record["error"].toString(), QString());
+    QCOMPARE(record["sha256"].toString(),
+             QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
+    QTRY_VERIFY(box.seen);
+    const QString standard = record["standardCheck"].toString();
+    if (standard.startsWith("unavailable"))
         QSKIP(qPrintable("no standard multipart parser: " + standard));
     QCOMPARE(standard, QStringLiteral("passed"));
-    QTRY_VERIFY(box.seen);
 }
 
 // The simulator must catch what a broken tool would send, or the test above proves nothing.
@@ -189,28 +182,24 @@ void tst_UploadNetns::simulatorRejectsBadFraming()
 {
     QFETCH(QByteArray, body);
     QFETCH(int, extraAnnounced);
-    const auto camera =
-        std::find_if(fleet.cbegin(), fleet.cend(), [](const camsimfleet::Camera &c) {
-            return c.family == QLatin1String("Winbond");
-        });
-    QVERIFY(camera != fleet.cend());
-    const int before = uploads(*camera).size();
+    const camsimfleet::Camera &camera = cameraOf("Winbond");
+    const int before = uploads(camera).size();
     QTcpSocket socket;
-    socket.connectToHost(camera->ip, quint16(camera->httpPort));
+    socket.connectToHost(camera.ip, quint16(camera.httpPort));
     QVERIFY(socket.waitForConnected(5000));
-    socket.write("POST /upgrade_firmware.cgi?user=" + camera->user.toUtf8() +
-                 "&pwd=" + camera->password.toUtf8() + " HTTP/1.1\r\nContent-Length: " +
+    socket.write("POST /upgrade_firmware.cgi?user=" + camera.user.toUtf8() +
+                 "&pwd=" + camera.password.toUtf8() + " HTTP/1.1\r\nContent-Length: " +
                  QByteArray::number(body.size() + extraAnnounced) +
                  "\r\nContent-Type: multipart/form-data; boundary=----ipcamera\r\n\r\n" + body);
     QVERIFY(socket.waitForBytesWritten(5000));
     socket.disconnectFromHost();
-    const QJsonObject upload = lastUpload(*camera, before + 1);
-    QVERIFY(!upload.isEmpty());
-    QTEST(upload.value(QStringLiteral("ok")).toBool(), "cameraAccepts");
-    const QString standard = upload.value(QStringLiteral("standardCheck")).toString();
-    if (standard.startsWith(QLatin1String("unavailable")))
+    const QJsonObject record = upload(camera, before + 1);
+    QVERIFY(!record.isEmpty());
+    QTEST(record["ok"].toBool(), "cameraAccepts");
+    const QString standard = record["standardCheck"].toString();
+    if (standard.startsWith("unavailable"))
         QSKIP(qPrintable("no standard multipart parser: " + standard));
-    QTEST(standard == QLatin1String("passed"), "standardAccepts");
+    QTEST(standard == "passed", "standardAccepts");
 }
 
 QTEST_MAIN(tst_UploadNetns)
