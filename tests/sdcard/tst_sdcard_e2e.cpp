@@ -264,6 +264,16 @@ void TestSdCardEndToEnd::browseAndPreview()
     QCOMPARE(list->item(1, 0)->text(), QString("20261124/"));
     QCOMPARE(list->item(1, 2)->checkState(), Qt::Unchecked);
     QVERIFY(browser->findChild<QWidget *>("selectallBtn")->isHidden());
+
+    // A listing that fails leaves table and level as they were.
+    control("fail=20261124/");
+    auto boxes = answerBoxes({""});
+    QVERIFY(!enter(browser.get(), "20261124/"));
+    QCOMPARE(boxes->answered, 1);
+    QCOMPARE(boxes->seen.at(0).title, QString("Request error"));
+    QCOMPARE(boxes->seen.at(0).text, QString("Could not retrieve SD card information"));
+    QCOMPARE(list->item(1, 0)->text(), QString("20261124/"));
+    QVERIFY(browser->findChild<QWidget *>("back")->isHidden());
 }
 
 void TestSdCardEndToEnd::download_data()
@@ -343,6 +353,10 @@ void TestSdCardEndToEnd::existingDirectory()
 {
     QTemporaryDir target;
     std::unique_ptr<sdmanager> browser = openBrowser(target.path());
+    auto cancelled = answerBoxes({"Cancel"});
+    QMetaObject::invokeMethod(browser.get(), "on_download_clicked");
+    QCOMPARE(cancelled->answered, 1);
+    QVERIFY(QDir(target.path()).isEmpty());
     const QDateTime now = QDateTime::currentDateTime();
     for (int s = 0; s < 3; ++s)
         QDir(target.path()).mkdir(now.addSecs(s).toString("yyyyMMddhhmmss"));
