@@ -275,6 +275,7 @@ void tst_UploadStream::cameraHangsUpThenUpload()
     QTRY_COMPARE_WITH_TIMEOUT(socket->state(), QAbstractSocket::UnconnectedState, 20000);
 
     camsimfleet::fetchJson(camera.seen, "/camsim/hostile?mode=off");
+    unlock("Haisi", camera.seen.httpPort); // the user picks the camera again
     const QString sha = writeFile(dir.filePath("second.pkg"), 1 << 20);
     submit(dir.filePath("second.pkg"), 1, &box);
     compareStored(upload(camera, 1), sha);
