@@ -27,8 +27,6 @@ using namespace veltor::camsim;
 
 namespace {
 
-// A file dialog can take seconds to come up on a loaded machine.
-constexpr int kSlowDialogMs = 30000;
 const QString kPassword = QStringLiteral("se&cret");
 
 // An in-process camera on loopback, and the same camera as the fleet helpers see it.
@@ -55,17 +53,18 @@ Camera startCamera(Family family, const QString &password = kPassword)
     return camera;
 }
 
+QJsonArray uploads(const Camera &camera)
+{
+    return camsimfleet::fetchJson(camera.seen, "/camsim/uploads").value("uploads").toArray();
+}
+
 // Upload number `n` (from 1) once the camera and the standard parser have judged it.
 QJsonObject upload(const Camera &camera, int n)
 {
     QJsonObject found;
     (void)QTest::qWaitFor(
         [&] {
-            found = camsimfleet::fetchJson(camera.seen, "/camsim/uploads")
-                        .value("uploads")
-                        .toArray()
-                        .at(n - 1)
-                        .toObject();
+            found = uploads(camera).at(n - 1).toObject();
             return found["done"].toBool() && found["standardCheck"].toString() != "pending";
         },
         30000);
@@ -83,6 +82,18 @@ QString writeFile(const QString &path, int size)
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != size)
         return QString();
     return QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex();
+}
+
+// UploadJob as the command line runs it: empty on success, else the reason.
+QString runJob(const QString &family, const QString &port, const QString &password,
+               const QString &path, int kind = 0)
+{
+    UploadJob job(UploadTarget{family, kind, "127.0.0.1", port, "admin", password, {}, 0}, path);
+    QSignalSpy finished(&job, &UploadJob::finished);
+    job.start();
+    if (finished.isEmpty() && !finished.wait(30000))
+        return QStringLiteral("no end");
+    return finished.first().at(0).toBool() ? QString() : finished.first().at(1).toString();
 }
 
 void compareStored(const QJsonObject &record, const QString &sha)
@@ -105,11 +116,10 @@ private slots:
     void cleanup() { delete window; }
     void toCamera_data();
     void toCamera();
-    void unknownFamilySendsNothing();
-    void fileProblems_data();
-    void fileProblems();
-    void refusedConnectionThenUpload();
-    void cameraHangsUpThenUpload();
+    void nothingSent_data();
+    void nothingSent();
+    void failureThenUpload_data();
+    void failureThenUpload();
     void jobRefusals();
     void fileFilter_data();
     void fileFilter();
@@ -184,96 +194,74 @@ void tst_UploadStream::toCamera()
     QCOMPARE(box.text, QStringLiteral("The camera is rebooting now! Please wait a few "
                                       "minutes and search again!"));
 
-    UploadJob job(UploadTarget{familyName(Family(family)),
-                               1,
-                               "127.0.0.1",
-                               QString::number(port),
-                               "admin",
-                               password,
-                               {},
-                               0},
-                  path);
-    QSignalSpy finished(&job, &UploadJob::finished);
-    job.start();
-    QVERIFY(finished.wait(30000));
-    QCOMPARE(finished.first().at(1).toString(), QString());
-    QVERIFY(finished.first().at(0).toBool());
+    QCOMPARE(runJob(familyName(Family(family)), QString::number(port), password, path, 1),
+             QString());
     compareStored(upload(camera, 2), sha);
 }
 
-void tst_UploadStream::unknownFamilySendsNothing()
+void tst_UploadStream::nothingSent_data()
 {
-    const Camera camera = startCamera(Family::Winbond);
-    unlock("Sony", camera.seen.httpPort);
-    QVERIFY(!writeFile(dir.filePath("f.bin"), 10000).isEmpty());
-    testsupport::SeenBox box;
-    submit(dir.filePath("f.bin"), 0, &box);
-    QTRY_VERIFY(box.seen);
-    QCOMPARE(box.title, QStringLiteral("Camera rebooting!"));
-    QTest::qWait(200);
-    QVERIFY(camsimfleet::fetchJson(camera.seen, "/camsim/uploads")
-                .value("uploads")
-                .toArray()
-                .isEmpty());
-}
-
-void tst_UploadStream::fileProblems_data()
-{
+    QTest::addColumn<QString>("family");
     QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("message");
-    const QString unreadable = QStringLiteral("An error occured while trying to open the file!");
-    QTest::newRow("no file chosen") << QString() << "Please choose a file!";
-    QTest::newRow("a folder") << dir.path() << unreadable;
+    QTest::addColumn<QString>("box"); // title: text
+    QTest::newRow("no file chosen") << "Winbond" << QString() << "Error: Please choose a file!";
+    QTest::newRow("a folder") << "Winbond" << dir.path()
+                              << "Error: An error occured while trying to open the file!";
+    QTest::newRow("unknown family") << "Sony" << dir.filePath("f.bin")
+                                    << "Camera rebooting!: The camera is rebooting now! Please "
+                                       "wait a few minutes and search again!";
 }
 
-void tst_UploadStream::fileProblems()
+void tst_UploadStream::nothingSent()
 {
+    QFETCH(QString, family);
     QFETCH(QString, path);
+    QFETCH(QString, box);
     const Camera camera = startCamera(Family::Winbond);
-    unlock("Winbond", camera.seen.httpPort);
-    testsupport::SeenBox box;
-    submit(path, 0, &box);
-    QTRY_VERIFY(box.seen);
-    QCOMPARE(box.title, QStringLiteral("Error"));
-    QTEST(box.text, "message");
-    QVERIFY(submitButton()->isEnabled());
+    unlock(family, camera.seen.httpPort);
+    QVERIFY(!writeFile(dir.filePath("f.bin"), 10000).isEmpty());
+    testsupport::SeenBox seen;
+    submit(path, 0, &seen);
+    QTRY_VERIFY(seen.seen);
+    QCOMPARE(seen.title + ": " + seen.text, box);
+    if (box.startsWith("Error"))
+        QVERIFY(submitButton()->isEnabled());
+    QTest::qWait(200);
+    QVERIFY(uploads(camera).isEmpty());
 }
 
-void tst_UploadStream::refusedConnectionThenUpload()
+void tst_UploadStream::failureThenUpload_data()
 {
+    QTest::addColumn<bool>("hangUp"); // else nobody listens on the port
+    QTest::newRow("refused connection") << false;
+    QTest::newRow("camera hangs up") << true;
+}
+
+// After a failed upload the tab is still usable: the next one goes through.
+void tst_UploadStream::failureThenUpload()
+{
+    QFETCH(bool, hangUp);
+    const Camera camera = startCamera(Family::Haisi);
     QTcpServer probe; // a port that was just free: nothing listens there now
     QVERIFY(probe.listen(QHostAddress::LocalHost, 0));
     const quint16 closedPort = probe.serverPort();
     probe.close();
-    unlock("Winbond", closedPort);
-    QVERIFY(!writeFile(dir.filePath("f.bin"), 5000).isEmpty());
-    submit(dir.filePath("f.bin"), 0, nullptr);
-    QTest::qWait(300);
-    QVERIFY2(!QApplication::activeModalWidget(), "a refused connection shows no box");
-    QVERIFY(!submitButton()->isEnabled());
-
-    // Still responsive: the next upload to a live camera goes through.
-    const Camera camera = startCamera(Family::Winbond);
-    unlock("Winbond", camera.seen.httpPort);
-    testsupport::SeenBox box;
-    const QString sha = writeFile(dir.filePath("g.bin"), 9000);
-    submit(dir.filePath("g.bin"), 0, &box);
-    compareStored(upload(camera, 1), sha);
-}
-
-void tst_UploadStream::cameraHangsUpThenUpload()
-{
-    const Camera camera = startCamera(Family::Haisi);
-    camsimfleet::fetchJson(
-        camera.seen, "/camsim/hostile?mode=reset"); // takes 256 KiB, then resets the connection
-    unlock("Haisi", camera.seen.httpPort);
+    // The camera takes 256 KiB, then resets the connection.
+    camsimfleet::fetchJson(camera.seen,
+                           "/camsim/hostile?mode=" + QString(hangUp ? "reset" : "off"));
+    unlock("Haisi", hangUp ? camera.seen.httpPort : closedPort);
     QVERIFY(!writeFile(dir.filePath("first.pkg"), 4 << 20).isEmpty());
     testsupport::SeenBox box;
-    submit(dir.filePath("first.pkg"), 0, &box);
-    QTRY_VERIFY(box.seen);
-    auto *socket = window->findChild<QTcpSocket *>();
-    QTRY_COMPARE_WITH_TIMEOUT(socket->state(), QAbstractSocket::UnconnectedState, 20000);
-
+    submit(dir.filePath("first.pkg"), 0, hangUp ? &box : nullptr);
+    if (hangUp) {
+        QTRY_VERIFY(box.seen);
+        auto *socket = window->findChild<QTcpSocket *>();
+        QTRY_COMPARE_WITH_TIMEOUT(socket->state(), QAbstractSocket::UnconnectedState, 20000);
+    } else {
+        QTest::qWait(300);
+        QVERIFY2(!QApplication::activeModalWidget(), "a refused connection shows no box");
+        QVERIFY(!submitButton()->isEnabled());
+    }
     camsimfleet::fetchJson(camera.seen, "/camsim/hostile?mode=off");
     unlock("Haisi", camera.seen.httpPort); // the user picks the camera again
     const QString sha = writeFile(dir.filePath("second.pkg"), 1 << 20);
@@ -287,35 +275,26 @@ void tst_UploadStream::jobRefusals()
     Camera camera = startCamera(Family::Haisi);
     const QString file = dir.filePath("any.pkg");
     QVERIFY(!writeFile(file, 5000).isEmpty());
-    const auto run = [&](const char *family, const QString &port, const QString &password,
-                         const QString &path) {
-        UploadJob job(UploadTarget{family, 0, "127.0.0.1", port, "admin", password, {}, 0}, path);
-        QSignalSpy finished(&job, &UploadJob::finished);
-        job.start();
-        if (finished.isEmpty() && !finished.wait(20000))
-            return QStringLiteral("no end");
-        return finished.first().at(0).toBool() ? QString() : finished.first().at(1).toString();
-    };
     const QString port = QString::number(camera.seen.httpPort);
-    const QString refused = run("Haisi", port, "wrong", file);
+    const QString refused = runJob("Haisi", port, "wrong", file);
     QVERIFY2(refused.contains("refused") && !refused.contains("wrong"), qPrintable(refused));
-    QVERIFY(!run("Haisi", port, kPassword, dir.filePath("missing.pkg")).isEmpty());
-    QVERIFY(run("Other", port, kPassword, file).contains("family"));
+    QVERIFY(!runJob("Haisi", port, kPassword, dir.filePath("missing.pkg")).isEmpty());
+    QVERIFY(runJob("Other", port, kPassword, file).contains("family"));
     // Refused before connecting: nobody listens, yet the reason is the password.
-    QVERIFY(run("Winbond", "1", "two words", file).contains("blank"));
+    QVERIFY(runJob("Winbond", "1", "two words", file).contains("blank"));
     camera.sim.reset();
-    QVERIFY(!run("Haisi", port, kPassword, file).isEmpty());
+    QVERIFY(!runJob("Haisi", port, kPassword, file).isEmpty());
 }
 
 void tst_UploadStream::fileFilter_data()
 {
     QTest::addColumn<QString>("family");
     QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("filter"); // empty: no dialog at all
-    QTest::newRow("winbond firmware") << "Winbond" << 0 << "Firmware Files(*.bin)";
-    QTest::newRow("winbond webui") << "Winbond" << 1 << "Firmware Files(*.bin)";
-    QTest::newRow("haisi firmware") << "Haisi" << 0 << "Firmware Files(*.pkg)";
-    QTest::newRow("haisi webui") << "Haisi" << 1 << "Firmware Files(*.pkg)";
+    QTest::addColumn<QString>("dialog"); // caption: filters; empty: no dialog at all
+    QTest::newRow("winbond firmware") << "Winbond" << 0 << "Open File: Firmware Files(*.bin)";
+    QTest::newRow("winbond webui") << "Winbond" << 1 << "Open File: Firmware Files(*.bin)";
+    QTest::newRow("haisi firmware") << "Haisi" << 0 << "Open File: Firmware Files(*.pkg)";
+    QTest::newRow("haisi webui") << "Haisi" << 1 << "Open File: Firmware Files(*.pkg)";
     QTest::newRow("other family") << "Other" << 0 << QString();
 }
 
@@ -324,26 +303,23 @@ void tst_UploadStream::fileFilter()
 {
     QFETCH(QString, family);
     QFETCH(int, kind);
-    QFETCH(QString, filter);
+    QFETCH(QString, dialog);
     unlock(family, 1);
     window->findChild<QComboBox *>("selectBox")->setCurrentIndex(kind);
     window->findChild<QLineEdit *>("fileEdit")->setText("/old.bin");
-    QString filters;
-    QString caption;
-    if (!filter.isEmpty()) {
+    QString seen;
+    if (!dialog.isEmpty()) {
+        // A file dialog can take seconds to come up on a loaded machine.
         testsupport::answerNextModal(
             [&](QWidget *modal) {
-                if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
-                    filters = dialog->nameFilters().join(';');
-                    caption = dialog->windowTitle();
-                }
+                if (auto *files = qobject_cast<QFileDialog *>(modal))
+                    seen = files->windowTitle() + ": " + files->nameFilters().join(';');
                 modal->close();
             },
-            kSlowDialogMs);
+            30000);
     }
     QMetaObject::invokeMethod(window, "on_fileChoose_clicked");
-    QCOMPARE(filters, filter);
-    QCOMPARE(caption, filter.isEmpty() ? QString() : QStringLiteral("Open File"));
+    QCOMPARE(seen, dialog);
     QVERIFY(window->findChild<QLineEdit *>("fileEdit")->text().isEmpty());
 }
 
