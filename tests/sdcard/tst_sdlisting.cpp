@@ -52,7 +52,6 @@ void TestSdListing::entries_data()
     const QStringList rootEntry{"20261123/|23-Nov-2026 10:00|"};
     row("root folder", listing({root, line({{33, "index.htm"}, {61, "23-Nov-2026 10:00"}})}), 0, "",
         rootEntry);
-    row("root without folders", listing({}), 0, "", {});
     row("last line never read", "head\n" + root.chopped(1), 0, "", {});
     row("line after last break ignored", "head\n" + root + root.chopped(1), 0, "", rootEntry);
     row("folder",
@@ -65,15 +64,9 @@ void TestSdListing::entries_data()
             {line({{41, "P201123_100000_0001"}, {100, "23-Nov-2026 10:00"}, {138, "340k    "}})}),
         2, "images001/", {"P201123_100000_0001|23-Nov-2026 10:00|340k"});
     row("records",
-        listing({line({{41, "R20261123_100000_0001.264"},
-                       {112, "23-Nov-2026 10:00"},
-                       {150, "1.5M    "}}),
-                 line({{41, "R20261123_100000_0002.264"},
-                       {112, "23-Nov-2026 10:05"},
-                       {150, "0       "}})}),
-        2, "record001/",
-        {"R20261123_100000_0001.264|23-Nov-2026 10:00|1.5M",
-         "R20261123_100000_0002.264|23-Nov-2026 10:05|0"});
+        listing({line(
+            {{41, "R20261123_100000_0001.264"}, {112, "23-Nov-2026 10:00"}, {150, "0       "}})}),
+        2, "record001/", {"R20261123_100000_0001.264|23-Nov-2026 10:00|0"});
     row("short and empty lines",
         listing({line({{41, "P20"}}), "\n", line({{41, "P201123_100000_0001"}, {100, "23-Nov"}})}),
         2, "images001/", {"P20||k", "||k", "P201123_100000_0001|23-Nov|k"});
@@ -105,7 +98,6 @@ void TestSdListing::sizes_data()
     };
     row("1.5M    ", true, "1.5M");
     row("340k    ", true, "340k");
-    row("0       ", true, "0");
     row("0.5k    ", false, "0");
     row("57k     ", false, "57k");
     row("1.2M    ", false, "1.2M    k"); // an image in M keeps the field
@@ -135,15 +127,13 @@ void TestSdListing::localName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, const char *expected) {
-        QTest::newRow(name) << name << expected;
-    };
-    row("20261123/", "20261123");
-    row("P201123_100000_0001", "P201123_100000_0001");
-    row("abc/../x/", "abc");
-    row("../", "");
-    row("./", "");
-    row("/etc/pwd/", "");
+    for (const auto &row : {std::pair<const char *, const char *>{"20261123/", "20261123"},
+                            {"P201123_100000_0001", "P201123_100000_0001"},
+                            {"abc/../x/", "abc"},
+                            {"../", ""},
+                            {"./", ""},
+                            {"/etc/pwd/", ""}})
+        QTest::newRow(row.first) << row.first << row.second;
 }
 
 void TestSdListing::localName()
