@@ -20,12 +20,146 @@ class TestSdFolderDownload : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void walk_data();
-    void walk();
-    void existingFile_data();
-    void existingFile();
-    void linkInTheWay();
+    void init()
+    {
+        CameraSettings settings;
+        settings.family = Family::Haisi;
+        settings.ip = fleet.ip = QStringLiteral("127.0.0.1");
+        settings.user = fleet.user = QStringLiteral("admin");
+        settings.password = fleet.password = QStringLiteral("pw&s3cret");
+        camera = std::make_unique<SimCamera>(settings);
+        installFeatures(*camera);
+        listings.clear();
+        // A longer prefix than "/sd/", so it is asked first.
+        camera->http().route("/sd/2", [this](HttpExchange &exchange) {
+            if (!listings.contains(exchange.request().path))
+                return false;
+            exchange.respond(200, listings.value(exchange.request().path), "text/html");
+            return true;
+        });
+        QString error;
+        QVERIFY2(camera->startHttp(QHostAddress::LocalHost, 0, &error), qPrintable(error));
+        fleet.httpPort = camera->http().serverPort();
+        sandbox.reset(new QTemporaryDir);
+        dest = sandbox->filePath("dest");
+        QVERIFY(QDir().mkpath(dest));
+    }
+    void walk_data()
+    {
+        QTest::addColumn<QString>("folder");    // "" for the whole card
+        QTest::addColumn<QString>("subFolder"); // set: only this sub-folder
+        QTest::addColumn<QString>("misbehave"); // query for the card, "PATH=LISTING LINE" or "down"
+        QTest::addColumn<QString>("local");     // where the camera folder lands below dest
+        QTest::addColumn<QString>("absent");    // camera files below it do not land ("/": none)
+        QTest::addColumn<QString>("reported");  // the one failure, up to the end of its reason
+        const auto row = [](const char *name, const QString &folder, const QString &subFolder,
+                            const QString &misbehave, const QString &local, const QString &absent,
+                            const QString &reported) {
+            QTest::newRow(name) << folder << subFolder << misbehave << local << absent << reported;
+        };
+        const QString cut = "20261124/record001/R20261124_100001_0001.264";
+        row("card", "", "", "", "", "", "");
+        row("cut recording", "20261124/", "record001/", "cut=" + cut, "record001/", cut,
+            cut + " (");
+        row("failing sub-folder listing", "20261123/", "", "fail=20261123/images001/", "20261123/",
+            "20261123/images001/",
+            "20261123/images001/ (the listing failed: the camera answered 500");
+        row("failing root listing", "", "", "fail=/", "", "/", "/ (the listing failed");
+        row("camera down", "", "", "down", "", "/", "/ (");
+        const QString picture = "20261123/images001/P26112310000101.jpg";
+        row("failing picture", "20261123/", "images001/", "fail=" + picture, "images001/", picture,
+            picture + " (");
+        // A file name sits 10 columns further right than a sub-folder name.
+        row("folder named ..", "20261123/", "", "/sd/20261123/=" + QString(30, ' ') + "../abcdef/",
+            "20261123/", "20261123/", "20261123/../abcdef/ (the folder could not be created)");
+        row("file named ..", "20261123/", "images001/",
+            "/sd/20261123/images001/=" + QString(40, ' ') + "..", "images001/",
+            "20261123/images001/", "20261123/images001/.. (not a valid file name)");
+    }
+    void walk()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, subFolder);
+        QFETCH(QString, misbehave);
+        QFETCH(QString, local);
+        QFETCH(QString, absent);
+        QFETCH(QString, reported);
+        if (misbehave.startsWith('/'))
+            listings.insert(misbehave.section('=', 0, 0),
+                            "<pre>\n" + misbehave.section('=', 1).toLatin1() + "\n</pre>");
+        else if (misbehave == "down")
+            camera.reset();
+        else
+            camsimfleet::sdCardControl(fleet, misbehave);
+
+        veltor::SdFolderDownload walk = download();
+        if (folder.isEmpty())
+            walk.fetchCard(dest);
+        else if (subFolder.isEmpty())
+            walk.fetchFolder(folder, dest);
+        else
+            walk.fetchSubFolder(folder, subFolder, dest);
+
+        QMap<QString, QByteArray> expected;
+        const QString from = folder + subFolder;
+        const QMap<QString, QByteArray> onCard = camsimfleet::sdCardHashes(fleet, from);
+        for (auto it = onCard.begin(); it != onCard.end(); ++it) {
+            if (absent.isEmpty() || (absent != "/" && !QString(from + it.key()).startsWith(absent)))
+                expected.insert(local + it.key(), it.value());
+        }
+        QCOMPARE(testsupport::fileHashes(dest), expected);
+        QCOMPARE(QDir(sandbox->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList{"dest"});
+        QCOMPARE(walk.failures.size(), reported.isEmpty() ? 0 : 1);
+        for (const QString &failure : walk.failures) {
+            QVERIFY2(failure.startsWith(reported), qPrintable(failure));
+            QVERIFY2(!failure.contains("s3cret") && !failure.contains("pw%26"),
+                     qPrintable(failure));
+        }
+    }
+    void existingFile_data()
+    {
+        QTest::addColumn<bool>("keepExisting");
+        QTest::addColumn<bool>("cut");
+        QTest::addColumn<bool>("replaced");
+        QTest::newRow("kept") << true << false << false;
+        QTest::newRow("replaced") << false << false << true;
+        QTest::newRow("not replaced by a cut transfer") << false << true << false;
+    }
+    void existingFile()
+    {
+        QFETCH(bool, keepExisting);
+        QFETCH(bool, cut);
+        QFETCH(bool, replaced);
+        const QString path = "20261123/record001/R20261123_100001_0001.264";
+        if (cut)
+            camsimfleet::sdCardControl(fleet, "cut=" + path);
+        QFile old(dest + "/R20261123_100001_0001.264");
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("an older recording") > 0);
+        old.close();
+        const QByteArray oldHash = testsupport::fileHashes(dest).first();
+
+        veltor::SdFolderDownload walk = download();
+        walk.keepExisting = keepExisting;
+        QCOMPARE(walk.fetchFile(sd().sdUrl(path), dest), !cut);
+        // No ".part" left either.
+        QCOMPARE(testsupport::fileHashes(dest),
+                 (QMap<QString, QByteArray>{
+                     {"R20261123_100001_0001.264",
+                      replaced ? camsimfleet::sdCardHashes(fleet, path).first() : oldHash}}));
+        QCOMPARE(walk.kept.size(), keepExisting ? 1 : 0);
+        QCOMPARE(walk.failures.size(), cut ? 1 : 0);
+    }
+    void linkInTheWay()
+    {
+        QTemporaryDir outside;
+        QVERIFY(QFile::link(outside.path(), dest + "/20261123"));
+        veltor::SdFolderDownload walk = download();
+        walk.fetchFolder("20261123/", dest);
+        QCOMPARE(QDir(outside.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList());
+        QCOMPARE(walk.failures.size(), 1);
+    }
 
 private:
     veltor::SdCamera sd() const
@@ -41,149 +175,6 @@ private:
     QString dest;
     QNetworkAccessManager manager;
 };
-
-void TestSdFolderDownload::init()
-{
-    CameraSettings settings;
-    settings.family = Family::Haisi;
-    settings.ip = fleet.ip = QStringLiteral("127.0.0.1");
-    settings.user = fleet.user = QStringLiteral("admin");
-    settings.password = fleet.password = QStringLiteral("pw&s3cret");
-    camera = std::make_unique<SimCamera>(settings);
-    installFeatures(*camera);
-    listings.clear();
-    // A longer prefix than "/sd/", so it is asked first.
-    camera->http().route("/sd/2", [this](HttpExchange &exchange) {
-        if (!listings.contains(exchange.request().path))
-            return false;
-        exchange.respond(200, listings.value(exchange.request().path), "text/html");
-        return true;
-    });
-    QString error;
-    QVERIFY2(camera->startHttp(QHostAddress::LocalHost, 0, &error), qPrintable(error));
-    fleet.httpPort = camera->http().serverPort();
-    sandbox.reset(new QTemporaryDir);
-    dest = sandbox->filePath("dest");
-    QVERIFY(QDir().mkpath(dest));
-}
-
-void TestSdFolderDownload::walk_data()
-{
-    QTest::addColumn<QString>("folder");    // "" for the whole card
-    QTest::addColumn<QString>("subFolder"); // set: only this sub-folder
-    QTest::addColumn<QString>("misbehave"); // query for the card, "PATH=LISTING LINE" or "down"
-    QTest::addColumn<QString>("local");     // where the camera folder lands below dest
-    QTest::addColumn<QString>("absent");    // camera files below it do not land ("/": none)
-    QTest::addColumn<QString>("reported");  // the one failure, up to the end of its reason
-    const auto row = [](const char *name, const QString &folder, const QString &subFolder,
-                        const QString &misbehave, const QString &local, const QString &absent,
-                        const QString &reported) {
-        QTest::newRow(name) << folder << subFolder << misbehave << local << absent << reported;
-    };
-    const QString cut = "20261124/record001/R20261124_100001_0001.264";
-    row("card", "", "", "", "", "", "");
-    row("cut recording", "20261124/", "record001/", "cut=" + cut, "record001/", cut, cut + " (");
-    row("failing sub-folder listing", "20261123/", "", "fail=20261123/images001/", "20261123/",
-        "20261123/images001/", "20261123/images001/ (the listing failed: the camera answered 500");
-    row("failing root listing", "", "", "fail=/", "", "/", "/ (the listing failed");
-    row("camera down", "", "", "down", "", "/", "/ (");
-    const QString picture = "20261123/images001/P26112310000101.jpg";
-    row("failing picture", "20261123/", "images001/", "fail=" + picture, "images001/", picture,
-        picture + " (");
-    // A file name sits 10 columns further right than a sub-folder name.
-    row("folder named ..", "20261123/", "", "/sd/20261123/=" + QString(30, ' ') + "../abcdef/",
-        "20261123/", "20261123/", "20261123/../abcdef/ (the folder could not be created)");
-    row("file named ..", "20261123/", "images001/",
-        "/sd/20261123/images001/=" + QString(40, ' ') + "..", "images001/", "20261123/images001/",
-        "20261123/images001/.. (not a valid file name)");
-}
-
-void TestSdFolderDownload::walk()
-{
-    QFETCH(QString, folder);
-    QFETCH(QString, subFolder);
-    QFETCH(QString, misbehave);
-    QFETCH(QString, local);
-    QFETCH(QString, absent);
-    QFETCH(QString, reported);
-    if (misbehave.startsWith('/'))
-        listings.insert(misbehave.section('=', 0, 0),
-                        "<pre>\n" + misbehave.section('=', 1).toLatin1() + "\n</pre>");
-    else if (misbehave == "down")
-        camera.reset();
-    else
-        camsimfleet::sdCardControl(fleet, misbehave);
-
-    veltor::SdFolderDownload walk = download();
-    if (folder.isEmpty())
-        walk.fetchCard(dest);
-    else if (subFolder.isEmpty())
-        walk.fetchFolder(folder, dest);
-    else
-        walk.fetchSubFolder(folder, subFolder, dest);
-
-    QMap<QString, QByteArray> expected;
-    const QString from = folder + subFolder;
-    const QMap<QString, QByteArray> onCard = camsimfleet::sdCardHashes(fleet, from);
-    for (auto it = onCard.begin(); it != onCard.end(); ++it) {
-        if (absent.isEmpty() || (absent != "/" && !QString(from + it.key()).startsWith(absent)))
-            expected.insert(local + it.key(), it.value());
-    }
-    QCOMPARE(testsupport::fileHashes(dest), expected);
-    QCOMPARE(QDir(sandbox->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-             QStringList{"dest"});
-    QCOMPARE(walk.failures.size(), reported.isEmpty() ? 0 : 1);
-    for (const QString &failure : walk.failures) {
-        QVERIFY2(failure.startsWith(reported), qPrintable(failure));
-        QVERIFY2(!failure.contains("s3cret") && !failure.contains("pw%26"), qPrintable(failure));
-    }
-}
-
-void TestSdFolderDownload::existingFile_data()
-{
-    QTest::addColumn<bool>("keepExisting");
-    QTest::addColumn<bool>("cut");
-    QTest::addColumn<bool>("replaced");
-    QTest::newRow("kept") << true << false << false;
-    QTest::newRow("replaced") << false << false << true;
-    QTest::newRow("not replaced by a cut transfer") << false << true << false;
-}
-
-void TestSdFolderDownload::existingFile()
-{
-    QFETCH(bool, keepExisting);
-    QFETCH(bool, cut);
-    QFETCH(bool, replaced);
-    const QString path = "20261123/record001/R20261123_100001_0001.264";
-    if (cut)
-        camsimfleet::sdCardControl(fleet, "cut=" + path);
-    QFile old(dest + "/R20261123_100001_0001.264");
-    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("an older recording") > 0);
-    old.close();
-    const QByteArray oldHash = testsupport::fileHashes(dest).first();
-
-    veltor::SdFolderDownload walk = download();
-    walk.keepExisting = keepExisting;
-    QCOMPARE(walk.fetchFile(sd().sdUrl(path), dest), !cut);
-    // No ".part" left either.
-    QCOMPARE(testsupport::fileHashes(dest),
-             (QMap<QString, QByteArray>{
-                 {"R20261123_100001_0001.264",
-                  replaced ? camsimfleet::sdCardHashes(fleet, path).first() : oldHash}}));
-    QCOMPARE(walk.kept.size(), keepExisting ? 1 : 0);
-    QCOMPARE(walk.failures.size(), cut ? 1 : 0);
-}
-
-void TestSdFolderDownload::linkInTheWay()
-{
-    QTemporaryDir outside;
-    QVERIFY(QFile::link(outside.path(), dest + "/20261123"));
-    veltor::SdFolderDownload walk = download();
-    walk.fetchFolder("20261123/", dest);
-    QCOMPARE(QDir(outside.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-             QStringList());
-    QCOMPARE(walk.failures.size(), 1);
-}
 
 QTEST_MAIN(TestSdFolderDownload)
 #include "tst_sdfolderdownload.moc"

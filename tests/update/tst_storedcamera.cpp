@@ -2,17 +2,6 @@
 
 #include <QtTest>
 
-// The chosen camera looked up among the raw replies of the last search.
-class tst_StoredCamera : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void lookup_data();
-    void lookup();
-    void winbondFields();
-};
-
 namespace {
 
 // A binary search reply as the search stores it: lower-case hex text.
@@ -55,67 +44,73 @@ QString hdsReply(const QString &ipLine, int extraLines = 0)
 
 } // namespace
 
-void tst_StoredCamera::lookup_data()
+// The chosen camera looked up among the raw replies of the last search.
+class tst_StoredCamera : public QObject
 {
-    QTest::addColumn<QStringList>("winbond");
-    QTest::addColumn<QStringList>("hds");
-    QTest::addColumn<QStringList>("expected"); // family, versions by kind 0 and 1, by line
-    const auto row = [](const char *name, const QStringList &winbond, const QStringList &hds,
-                        const QStringList &expected) {
-        QTest::newRow(name) << winbond << hds << expected;
-    };
-    const QString own = QStringLiteral("4d4f5f49");
-    const QString w5 = winbondReply(kIp5, "\x01\x02\x03\x04", "\x05\x06\x07\x08");
-    const QString h5 = hdsReply("IP=192.168.1.5", 9);
-    const QStringList none{"", "", "", "", ""};
-    const QStringList winbond{"Winbond", "1.2.3.4", "5.6.7.8", "1.2.3.4", "5.6.7.8"};
-    row("winbond", {own, w5}, {}, winbond);
-    row("winbond newest reply wins",
-        {own, w5, winbondReply("\xc0\xa8\x01\x06", kZeros, kZeros),
-         winbondReply(kIp5, "\x01\x02\x03\x09", "\x05\x06\x07\x09")},
-        {}, {"Winbond", "1.2.3.9", "5.6.7.9", "1.2.3.9", "5.6.7.9"});
-    row("winbond first reply never read", {w5}, {}, none);
-    row("27-byte reply carries no camera", {own, QString(54, '0')}, {}, none);
-    // Lines 18 and 19 are the ninth and tenth extra lines, whatever their keys.
-    row("haisi", {own}, {"", h5}, {"Haisi", "V5.1", "W2.0", "line18", "line19"});
-    row("haisi without 19 lines", {}, {"", hdsReply("IP=192.168.1.5")},
-        {"Haisi", "V5.1", "W2.0", "", ""});
-    row("haisi first reply never read", {}, {h5}, none);
-    row("haisi blank before = is another key", {}, {"", hdsReply("IP =192.168.1.5")}, none);
-    row("haisi of 8 lines", {},
-        {"", "HDS/1.0 200 OK\r\nIP=192.168.1.5\r\nA\r\nB\r\nC\r\nD\r\nE\r\nF"},
-        {"Haisi", "", "", "", ""});
-    row("haisi of 7 lines ignored", {},
-        {"", "HDS/1.0 200 OK\r\nIP=192.168.1.5\r\nA=1\r\nB=2\r\nSoftware-Version=V\r\nC=3\r\nD=4"},
-        none);
-    row("winbond before haisi", {own, w5}, {"", h5}, winbond);
-}
+    Q_OBJECT
 
-void tst_StoredCamera::lookup()
-{
-    QFETCH(QStringList, winbond);
-    QFETCH(QStringList, hds);
-    const veltor::StoredCamera camera =
-        veltor::findStoredCamera(winbond, hds, "192.168.1.5", dotted);
-    QTEST((QStringList{camera.family, veltor::versionForKind(camera, 0),
-                       veltor::versionForKind(camera, 1), veltor::versionByLineForKind(camera, 0),
-                       veltor::versionByLineForKind(camera, 1)}),
-          "expected");
-}
-
-void tst_StoredCamera::winbondFields()
-{
-    QStringList keys;
-    const veltor::StoredCamera camera =
-        veltor::findStoredCamera({QString(), winbondReply(kIp5, kZeros, kZeros)}, {}, "192.168.1.5",
-                                 [&keys](const QString &hex, const QString &key) {
-                                     keys << key;
-                                     return dotted(hex, key);
-                                 });
-    QCOMPARE((QStringList{camera.subnet, camera.gateway, camera.dns, camera.port, camera.dhcp}),
-             (QStringList{"255.255.255.0", "192.168.1.1", "8.8.8.8", "80", "1"}));
-    QVERIFY(keys.contains("frimware"));
-}
+private slots:
+    void lookup_data()
+    {
+        QTest::addColumn<QStringList>("winbond");
+        QTest::addColumn<QStringList>("hds");
+        QTest::addColumn<QString>("expected"); // family|versions by kind 0 and 1|by line
+        const auto row = [](const char *name, const QStringList &winbond, const QStringList &hds,
+                            const char *expected) {
+            QTest::newRow(name) << winbond << hds << expected;
+        };
+        const QString own = QStringLiteral("4d4f5f49");
+        const QString w5 = winbondReply(kIp5, "\x01\x02\x03\x04", "\x05\x06\x07\x08");
+        const QString h5 = hdsReply("IP=192.168.1.5", 9);
+        const char *none = "||||";
+        const char *winbond = "Winbond|1.2.3.4|5.6.7.8|1.2.3.4|5.6.7.8";
+        row("winbond", {own, w5}, {}, winbond);
+        row("winbond newest reply wins",
+            {own, w5, winbondReply("\xc0\xa8\x01\x06", kZeros, kZeros),
+             winbondReply(kIp5, "\x01\x02\x03\x09", "\x05\x06\x07\x09")},
+            {}, "Winbond|1.2.3.9|5.6.7.9|1.2.3.9|5.6.7.9");
+        row("winbond first reply never read", {w5}, {}, none);
+        row("27-byte reply carries no camera", {own, QString(54, '0')}, {}, none);
+        // Lines 18 and 19 are the ninth and tenth extra lines, whatever their keys.
+        row("haisi", {own}, {"", h5}, "Haisi|V5.1|W2.0|line18|line19");
+        row("haisi without 19 lines", {}, {"", hdsReply("IP=192.168.1.5")}, "Haisi|V5.1|W2.0||");
+        row("haisi first reply never read", {}, {h5}, none);
+        row("haisi blank before = is another key", {}, {"", hdsReply("IP =192.168.1.5")}, none);
+        row("haisi of 8 lines", {},
+            {"", "HDS/1.0 200 OK\r\nIP=192.168.1.5\r\nA\r\nB\r\nC\r\nD\r\nE\r\nF"}, "Haisi||||");
+        row("haisi of 7 lines ignored", {},
+            {"",
+             "HDS/1.0 200 OK\r\nIP=192.168.1.5\r\nA=1\r\nB=2\r\nSoftware-Version=V\r\nC=3\r\nD=4"},
+            none);
+        row("winbond before haisi", {own, w5}, {"", h5}, winbond);
+    }
+    void lookup()
+    {
+        QFETCH(QStringList, winbond);
+        QFETCH(QStringList, hds);
+        const veltor::StoredCamera camera =
+            veltor::findStoredCamera(winbond, hds, "192.168.1.5", dotted);
+        QTEST(
+            QStringList({camera.family, veltor::versionForKind(camera, 0),
+                         veltor::versionForKind(camera, 1), veltor::versionByLineForKind(camera, 0),
+                         veltor::versionByLineForKind(camera, 1)})
+                .join('|'),
+            "expected");
+    }
+    void winbondFields()
+    {
+        QStringList keys;
+        const veltor::StoredCamera camera = veltor::findStoredCamera(
+            {QString(), winbondReply(kIp5, kZeros, kZeros)}, {}, "192.168.1.5",
+            [&keys](const QString &hex, const QString &key) {
+                keys << key;
+                return dotted(hex, key);
+            });
+        QCOMPARE((QStringList{camera.subnet, camera.gateway, camera.dns, camera.port, camera.dhcp}),
+                 (QStringList{"255.255.255.0", "192.168.1.1", "8.8.8.8", "80", "1"}));
+        QVERIFY(keys.contains("frimware"));
+    }
+};
 
 QTEST_APPLESS_MAIN(tst_StoredCamera)
 #include "tst_storedcamera.moc"

@@ -14,29 +14,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-// The whole road against simulated cameras in a private network: search,
-// unlock on the Update tab, versions, and a 5 MiB upload that the camera
-// stores and a standard multipart parser accepts.
-class tst_UploadNetns : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void initTestCase();
-    void cleanupTestCase() { delete window; }
-    void uploadToCamera_data();
-    void uploadToCamera();
-
-private:
-    const camsimfleet::Camera &cameraOf(const QString &family) const;
-    void click(const camsimfleet::Camera &camera);
-    template <class T> T *child(const char *name) { return window->findChild<T *>(name); }
-
-    QVector<camsimfleet::Camera> fleet;
-    QTemporaryDir dir;
-    MainWindow *window = nullptr;
-};
-
 namespace {
 
 QJsonArray uploads(const camsimfleet::Camera &camera)
@@ -59,102 +36,116 @@ QJsonObject upload(const camsimfleet::Camera &camera, int count)
 
 } // namespace
 
-void tst_UploadNetns::initTestCase()
+// The whole road against simulated cameras in a private network: search,
+// unlock on the Update tab, versions, and a 5 MiB upload that the camera
+// stores and a standard multipart parser accepts.
+class tst_UploadNetns : public QObject
 {
-    CAMSIM_FLEET_OR_SKIP(fleet);
-    window = new MainWindow;
-    child<QComboBox>("wifiComboBox")->setCurrentText(qEnvironmentVariable("VELTOR_TOOL_IP"));
-    QMetaObject::invokeMethod(window, "on_searchButton_clicked");
-    for (const camsimfleet::Camera &camera : qAsConst(fleet))
-        QVERIFY2(!child<QTableWidget>("tableWidgetSearch_3")
-                      ->findItems(camera.ip, Qt::MatchExactly)
-                      .isEmpty(),
-                 qPrintable(camera.ip + " was not found"));
-}
+    Q_OBJECT
 
-const camsimfleet::Camera &tst_UploadNetns::cameraOf(const QString &family) const
-{
-    return *std::find_if(fleet.cbegin(), fleet.cend(),
-                         [&](const camsimfleet::Camera &c) { return c.family == family; });
-}
-
-void tst_UploadNetns::click(const camsimfleet::Camera &camera)
-{
-    auto *table = child<QTableWidget>("tableWidgetSearch_3");
-    emit table->cellClicked(table->findItems(camera.ip, Qt::MatchExactly).first()->row(), 1);
-}
-
-void tst_UploadNetns::uploadToCamera_data()
-{
-    QTest::addColumn<QString>("family");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("path");
-    QTest::newRow("winbond firmware") << "Winbond" << 0 << "fw 5.bin"
-                                      << "/upgrade_firmware.cgi";
-    QTest::newRow("winbond webui") << "Winbond" << 1 << "ui.bin"
-                                   << "/upgrade_htmls.cgi";
-    QTest::newRow("haisi") << "Haisi" << 0 << "a b.pkg"
-                           << "/web/cgi-bin/hi3510/upgrade.cgi";
-}
-
-void tst_UploadNetns::uploadToCamera()
-{
-    QFETCH(QString, family);
-    QFETCH(int, kind);
-    QFETCH(QString, name);
-    const camsimfleet::Camera &camera = cameraOf(family);
-    const int before = uploads(camera).size();
-    // The first visit asks for credentials, with the controls of every tab
-    // locked (another camera may be unlocked already); later ones find it unlocked.
-    QString title;
-    bool lockedWhileAsked = false;
-    if (before == 0) {
-        testsupport::answerNextModal([&](QWidget *modal) {
-            title = modal->windowTitle();
-            lockedWhileAsked = !child<QWidget>("updateSubmit")->isEnabled() &&
-                               !child<QWidget>("dhcpsubmit")->isEnabled();
-            // The dialog's own check is the auth tests' business: it answers as after one.
-            QMetaObject::invokeMethod(
-                modal, "sendData",
-                Q_ARG(QStringList, (QStringList{camera.user, camera.password,
-                                                QString::number(camera.httpPort), camera.family})));
-            static_cast<QDialog *>(modal)->reject();
-        });
+private slots:
+    void initTestCase()
+    {
+        CAMSIM_FLEET_OR_SKIP(fleet);
+        window = new MainWindow;
+        child<QComboBox>("wifiComboBox")->setCurrentText(qEnvironmentVariable("VELTOR_TOOL_IP"));
+        QMetaObject::invokeMethod(window, "on_searchButton_clicked");
+        for (const camsimfleet::Camera &camera : qAsConst(fleet))
+            QVERIFY2(!child<QTableWidget>("tableWidgetSearch_3")
+                          ->findItems(camera.ip, Qt::MatchExactly)
+                          .isEmpty(),
+                     qPrintable(camera.ip + " was not found"));
     }
-    click(camera);
-    if (before == 0) {
-        QCOMPARE(title, QStringLiteral("Authentication required"));
-        QVERIFY(lockedWhileAsked);
+    void cleanupTestCase() { delete window; }
+    void uploadToCamera_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("winbond firmware") << "Winbond" << 0 << "fw 5.bin"
+                                          << "/upgrade_firmware.cgi";
+        QTest::newRow("winbond webui") << "Winbond" << 1 << "ui.bin"
+                                       << "/upgrade_htmls.cgi";
+        QTest::newRow("haisi") << "Haisi" << 0 << "a b.pkg"
+                               << "/web/cgi-bin/hi3510/upgrade.cgi";
     }
-    QVERIFY(child<QWidget>("updateSubmit")->isEnabled());
-    child<QComboBox>("selectBox")->setCurrentIndex(kind);
-    QCOMPARE(child<QLineEdit>("versionEdit")->text(),
-             kind == 1 ? camera.webVersion : camera.firmwareVersion);
+    void uploadToCamera()
+    {
+        QFETCH(QString, family);
+        QFETCH(int, kind);
+        QFETCH(QString, name);
+        const camsimfleet::Camera &camera = cameraOf(family);
+        const int before = uploads(camera).size();
+        // The first visit asks for credentials, with the controls of every tab
+        // locked (another camera may be unlocked already); later ones find it unlocked.
+        QString title;
+        bool lockedWhileAsked = false;
+        if (before == 0) {
+            testsupport::answerNextModal([&](QWidget *modal) {
+                title = modal->windowTitle();
+                lockedWhileAsked = !child<QWidget>("updateSubmit")->isEnabled() &&
+                                   !child<QWidget>("dhcpsubmit")->isEnabled();
+                // The dialog's own check is the auth tests' business: it answers as after one.
+                QMetaObject::invokeMethod(
+                    modal, "sendData",
+                    Q_ARG(QStringList,
+                          (QStringList{camera.user, camera.password,
+                                       QString::number(camera.httpPort), camera.family})));
+                static_cast<QDialog *>(modal)->reject();
+            });
+        }
+        click(camera);
+        if (before == 0) {
+            QCOMPARE(title, QStringLiteral("Authentication required"));
+            QVERIFY(lockedWhileAsked);
+        }
+        QVERIFY(child<QWidget>("updateSubmit")->isEnabled());
+        child<QComboBox>("selectBox")->setCurrentIndex(kind);
+        QCOMPARE(child<QLineEdit>("versionEdit")->text(),
+                 kind == 1 ? camera.webVersion : camera.firmwareVersion);
 
-    QByteArray content(5 << 20, Qt::Uninitialized);
-    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(content.data()),
-                                          content.size() / 4);
-    QFile file(dir.filePath(name));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    file.close();
-    child<QLineEdit>("fileEdit")->setText(file.fileName());
-    testsupport::SeenBox box;
-    testsupport::answerNextMessageBox(&box, QString(), 20000);
-    child<QPushButton>("updateSubmit")->click();
+        QByteArray content(5 << 20, Qt::Uninitialized);
+        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(content.data()),
+                                              content.size() / 4);
+        QFile file(dir.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+        child<QLineEdit>("fileEdit")->setText(file.fileName());
+        testsupport::SeenBox box;
+        testsupport::answerNextMessageBox(&box, QString(), 20000);
+        child<QPushButton>("updateSubmit")->click();
 
-    const QJsonObject record = upload(camera, before + 1);
-    QVERIFY2(!record.isEmpty(), "the camera saw no finished upload");
-    QTEST(record["path"].toString(), "path");
-    QCOMPARE(record["error"].toString(), QString());
-    QCOMPARE(record["sha256"].toString(),
-             QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
-    QTRY_VERIFY(box.seen);
-    const QString standard = record["standardCheck"].toString();
-    if (standard.startsWith("unavailable"))
-        QSKIP(qPrintable("no standard multipart parser: " + standard));
-    QCOMPARE(standard, QStringLiteral("passed"));
-}
+        const QJsonObject record = upload(camera, before + 1);
+        QVERIFY2(!record.isEmpty(), "the camera saw no finished upload");
+        QTEST(record["path"].toString(), "path");
+        QCOMPARE(record["error"].toString(), QString());
+        QCOMPARE(record["sha256"].toString(),
+                 QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
+        QTRY_VERIFY(box.seen);
+        const QString standard = record["standardCheck"].toString();
+        if (standard.startsWith("unavailable"))
+            QSKIP(qPrintable("no standard multipart parser: " + standard));
+        QCOMPARE(standard, QStringLiteral("passed"));
+    }
+
+private:
+    const camsimfleet::Camera &cameraOf(const QString &family) const
+    {
+        return *std::find_if(fleet.cbegin(), fleet.cend(),
+                             [&](const camsimfleet::Camera &c) { return c.family == family; });
+    }
+    void click(const camsimfleet::Camera &camera)
+    {
+        auto *table = child<QTableWidget>("tableWidgetSearch_3");
+        emit table->cellClicked(table->findItems(camera.ip, Qt::MatchExactly).first()->row(), 1);
+    }
+    template <class T> T *child(const char *name) { return window->findChild<T *>(name); }
+
+    QVector<camsimfleet::Camera> fleet;
+    QTemporaryDir dir;
+    MainWindow *window = nullptr;
+};
 
 QTEST_MAIN(tst_UploadNetns)
 #include "tst_upload_netns.moc"

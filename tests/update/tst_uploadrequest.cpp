@@ -6,19 +6,6 @@
 using veltor::UploadTarget;
 Q_DECLARE_METATYPE(veltor::UploadTarget)
 
-// The hand-built upload requests byte for byte, and how the command line
-// judges the camera's answer to one.
-class tst_UploadRequest : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void exactBytes_data();
-    void exactBytes();
-    void answerProblem_data();
-    void answerProblem();
-};
-
 namespace {
 
 UploadTarget target(const char *family, int kind, const QString &user, const QString &password,
@@ -61,73 +48,79 @@ const QByteArray kHaisiTrailer = "\r\n------WebKitFormBoundary91xFQXj5MnrAUIRd--
 
 } // namespace
 
-void tst_UploadRequest::exactBytes_data()
+// The hand-built upload requests byte for byte, and how the command line
+// judges the camera's answer to one.
+class tst_UploadRequest : public QObject
 {
-    QTest::addColumn<UploadTarget>("target");
-    QTest::addColumn<QByteArray>("head");
-    const QString admin = QStringLiteral("admin");
-    QTest::newRow("winbond firmware, a million bytes")
-        << target("Winbond", 0, admin, "1234", "fw.bin", 1000000)
-        << winbondHead("POST /upgrade_firmware.cgi?user=admin&pwd=1234 HTTP/1.1\r\n", "1000146");
-    QTest::newRow("winbond webui, credentials unescaped")
-        << target("Winbond", 1, "a&b c", "p w&x=%", "ui.bin", 10)
-        << winbondHead("POST /upgrade_htmls.cgi?user=a&b c&pwd=p w&x=% HTTP/1.1\r\n", "156");
-    QTest::newRow("winbond zero-length file")
-        << target("Winbond", 0, admin, QString(), "x.bin", 0)
-        << winbondHead("POST /upgrade_firmware.cgi?user=admin&pwd= HTTP/1.1\r\n", "146");
-    // base64("admin:1234") = YWRtaW46MTIzNA==
-    const QByteArray blankName = haisiHead("a%20b.pkg", "703", "YWRtaW46MTIzNA==", "a b.pkg");
-    QTest::newRow("haisi firmware, blank in name")
-        << target("Haisi", 0, admin, "1234", "a b.pkg", 500) << blankName;
-    QTest::newRow("haisi webui sends the same request")
-        << target("Haisi", 1, admin, "1234", "a b.pkg", 500) << blankName;
-    // "é" is two UTF-8 bytes; reserved characters are escaped, unreserved kept.
-    QTest::newRow("haisi utf-8 and reserved characters")
-        << target("Haisi", 0, "ü", "p:w", QString::fromUtf8("é&_~-.x+.pkg"), 0)
-        << haisiHead("%C3%A9%26_~-.x%2B.pkg", "209", "w7w6cDp3", "\xc3\xa9&_~-.x+.pkg");
-    for (const UploadTarget &t :
-         {target("winbond", 0, admin, admin, "f.bin", 5), target("", 1, admin, admin, "f.bin", 5),
-          target("Haisi", 2, admin, admin, "f.pkg", 5),
-          target("Winbond", -1, admin, admin, "f.bin", 5)})
-        QTest::addRow("no request: family \"%s\", kind %d", qPrintable(t.family), t.kind)
-            << t << QByteArray();
-}
+    Q_OBJECT
 
-void tst_UploadRequest::exactBytes()
-{
-    QFETCH(UploadTarget, target);
-    QFETCH(QByteArray, head);
-    const veltor::UploadRequest request = veltor::buildUploadRequest(target);
-    QCOMPARE(request.head, head);
-    QCOMPARE(request.trailer, head.isEmpty()              ? QByteArray()
-                              : head.contains("ipcamera") ? kWinbondTrailer
-                                                          : kHaisiTrailer);
-    QCOMPARE(request.isValid(), !head.isEmpty());
-}
-
-void tst_UploadRequest::answerProblem_data()
-{
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("problem");
-    const QString refused = QStringLiteral("the camera refused the file: \"%1\"");
-    QTest::newRow("204") << QByteArray("HTTP/1.0 204 No Content\r\n") << QString();
-    QTest::newRow("no reason") << QByteArray("HTTP/1.1 200\r\n") << QString();
-    QTest::newRow("refused") << QByteArray("HTTP/1.1 400 Bad Request\r\n")
-                             << refused.arg("HTTP/1.1 400 Bad Request");
-    QTest::newRow("not http") << QByteArray("200 OK\r\n") << refused.arg("200 OK");
-    QTest::newRow("long code") << QByteArray("HTTP/1.1 2000 OK\r\n")
-                               << refused.arg("HTTP/1.1 2000 OK");
-    QTest::newRow("control characters")
-        << QByteArray("HTTP/1.1 500 \x1b[2J\x07oops\r\n") << refused.arg("HTTP/1.1 500 ?[2J?oops");
-    QTest::newRow("empty") << QByteArray("\r\n")
-                           << QStringLiteral("the camera answered with an empty line");
-}
-
-void tst_UploadRequest::answerProblem()
-{
-    QFETCH(QByteArray, line);
-    QTEST(veltor::uploadAnswerProblem(line), "problem");
-}
+private slots:
+    void exactBytes_data()
+    {
+        QTest::addColumn<UploadTarget>("target");
+        QTest::addColumn<QByteArray>("head");
+        const QString admin = QStringLiteral("admin");
+        QTest::newRow("winbond firmware, a million bytes")
+            << target("Winbond", 0, admin, "1234", "fw.bin", 1000000)
+            << winbondHead("POST /upgrade_firmware.cgi?user=admin&pwd=1234 HTTP/1.1\r\n",
+                           "1000146");
+        QTest::newRow("winbond webui, credentials unescaped")
+            << target("Winbond", 1, "a&b c", "p w&x=%", "ui.bin", 10)
+            << winbondHead("POST /upgrade_htmls.cgi?user=a&b c&pwd=p w&x=% HTTP/1.1\r\n", "156");
+        QTest::newRow("winbond zero-length file")
+            << target("Winbond", 0, admin, QString(), "x.bin", 0)
+            << winbondHead("POST /upgrade_firmware.cgi?user=admin&pwd= HTTP/1.1\r\n", "146");
+        // base64("admin:1234") = YWRtaW46MTIzNA==
+        const QByteArray blankName = haisiHead("a%20b.pkg", "703", "YWRtaW46MTIzNA==", "a b.pkg");
+        QTest::newRow("haisi firmware, blank in name")
+            << target("Haisi", 0, admin, "1234", "a b.pkg", 500) << blankName;
+        QTest::newRow("haisi webui sends the same request")
+            << target("Haisi", 1, admin, "1234", "a b.pkg", 500) << blankName;
+        // "é" is two UTF-8 bytes; reserved characters are escaped, unreserved kept.
+        QTest::newRow("haisi utf-8 and reserved characters")
+            << target("Haisi", 0, "ü", "p:w", QString::fromUtf8("é&_~-.x+.pkg"), 0)
+            << haisiHead("%C3%A9%26_~-.x%2B.pkg", "209", "w7w6cDp3", "\xc3\xa9&_~-.x+.pkg");
+        for (const UploadTarget &t :
+             {target("winbond", 0, admin, admin, "f.bin", 5),
+              target("", 1, admin, admin, "f.bin", 5), target("Haisi", 2, admin, admin, "f.pkg", 5),
+              target("Winbond", -1, admin, admin, "f.bin", 5)})
+            QTest::addRow("no request: family \"%s\", kind %d", qPrintable(t.family), t.kind)
+                << t << QByteArray();
+    }
+    void exactBytes()
+    {
+        QFETCH(UploadTarget, target);
+        QFETCH(QByteArray, head);
+        const veltor::UploadRequest request = veltor::buildUploadRequest(target);
+        QCOMPARE(request.head, head);
+        QCOMPARE(request.trailer, head.isEmpty()              ? QByteArray()
+                                  : head.contains("ipcamera") ? kWinbondTrailer
+                                                              : kHaisiTrailer);
+        QCOMPARE(request.isValid(), !head.isEmpty());
+    }
+    void answerProblem_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QString>("problem");
+        const QString refused = QStringLiteral("the camera refused the file: \"%1\"");
+        QTest::newRow("204") << QByteArray("HTTP/1.0 204 No Content\r\n") << QString();
+        QTest::newRow("no reason") << QByteArray("HTTP/1.1 200\r\n") << QString();
+        QTest::newRow("refused") << QByteArray("HTTP/1.1 400 Bad Request\r\n")
+                                 << refused.arg("HTTP/1.1 400 Bad Request");
+        QTest::newRow("not http") << QByteArray("200 OK\r\n") << refused.arg("200 OK");
+        QTest::newRow("long code")
+            << QByteArray("HTTP/1.1 2000 OK\r\n") << refused.arg("HTTP/1.1 2000 OK");
+        QTest::newRow("control characters") << QByteArray("HTTP/1.1 500 \x1b[2J\x07oops\r\n")
+                                            << refused.arg("HTTP/1.1 500 ?[2J?oops");
+        QTest::newRow("empty") << QByteArray("\r\n")
+                               << QStringLiteral("the camera answered with an empty line");
+    }
+    void answerProblem()
+    {
+        QFETCH(QByteArray, line);
+        QTEST(veltor::uploadAnswerProblem(line), "problem");
+    }
+};
 
 QTEST_APPLESS_MAIN(tst_UploadRequest)
 #include "tst_uploadrequest.moc"
