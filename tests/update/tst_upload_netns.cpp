@@ -63,19 +63,20 @@ private slots:
         QTest::addColumn<int>("kind");
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("path");
-        QTest::newRow("winbond firmware") << "Winbond" << 0 << "fw 5.bin"
-                                          << "/upgrade_firmware.cgi";
-        QTest::newRow("winbond webui") << "Winbond" << 1 << "ui.bin"
-                                       << "/upgrade_htmls.cgi";
-        QTest::newRow("haisi") << "Haisi" << 0 << "a b.pkg"
-                               << "/web/cgi-bin/hi3510/upgrade.cgi";
+        const auto row = [](const char *family, int kind, const char *name, const char *path) {
+            QTest::addRow("%s %d", family, kind) << family << kind << name << path;
+        };
+        row("Winbond", 0, "fw 5.bin", "/upgrade_firmware.cgi");
+        row("Winbond", 1, "ui.bin", "/upgrade_htmls.cgi");
+        row("Haisi", 0, "a b.pkg", "/web/cgi-bin/hi3510/upgrade.cgi");
     }
     void uploadToCamera()
     {
         QFETCH(QString, family);
         QFETCH(int, kind);
         QFETCH(QString, name);
-        const camsimfleet::Camera &camera = cameraOf(family);
+        const camsimfleet::Camera &camera = *std::find_if(
+            fleet.cbegin(), fleet.cend(), [&](const auto &c) { return c.family == family; });
         const int before = uploads(camera).size();
         // The first visit asks for credentials, with the controls of every tab
         // locked (another camera may be unlocked already); later ones find it unlocked.
@@ -95,7 +96,8 @@ private slots:
                 static_cast<QDialog *>(modal)->reject();
             });
         }
-        click(camera);
+        auto *table = child<QTableWidget>("tableWidgetSearch_3");
+        emit table->cellClicked(table->findItems(camera.ip, Qt::MatchExactly).first()->row(), 1);
         if (before == 0) {
             QCOMPARE(title, QStringLiteral("Authentication required"));
             QVERIFY(lockedWhileAsked);
@@ -130,16 +132,6 @@ private slots:
     }
 
 private:
-    const camsimfleet::Camera &cameraOf(const QString &family) const
-    {
-        return *std::find_if(fleet.cbegin(), fleet.cend(),
-                             [&](const camsimfleet::Camera &c) { return c.family == family; });
-    }
-    void click(const camsimfleet::Camera &camera)
-    {
-        auto *table = child<QTableWidget>("tableWidgetSearch_3");
-        emit table->cellClicked(table->findItems(camera.ip, Qt::MatchExactly).first()->row(), 1);
-    }
     template <class T> T *child(const char *name) { return window->findChild<T *>(name); }
 
     QVector<camsimfleet::Camera> fleet;
