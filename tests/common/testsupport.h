@@ -1,26 +1,66 @@
 #pragma once
 
-#include <QString>
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
 #include <functional>
-
-class QWidget;
 
 namespace testsupport {
 
-// Answers the next modal dialog or message box from a timer: polls for an
-// active modal widget and hands it to `answer`, which should close it (for
-// message boxes, see clickButton). Gives up silently after `timeoutMs`.
-void answerNextModal(std::function<void(QWidget *)> answer, int timeoutMs = 5000);
+// Hands the next visible modal widget to `answer` (which should close it),
+// polling from a timer; gives up silently after `timeoutMs`.
+inline void answerNextModal(std::function<void(QWidget *)> answer, int timeoutMs = 5000)
+{
+    auto *timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer,
+                     [timer, answer, deadline = QDeadlineTimer(timeoutMs)] {
+                         QWidget *modal = QApplication::activeModalWidget();
+                         const bool shown = modal && modal->isVisible();
+                         if (shown || deadline.hasExpired()) {
+                             timer->stop();
+                             timer->deleteLater();
+                         }
+                         if (shown)
+                             answer(modal);
+                     });
+    timer->start(10);
+}
 
-// Answers the next message box by pressing its button with the given text
-// (empty: its default/escape button) and stores title and text for the test.
+// Presses the next message box's button with the given text (empty: its
+// default, else first) and stores its title and text; other dialogs are rejected.
 struct SeenBox
 {
-    QString title;
-    QString text;
+    QString title, text;
     bool seen = false;
 };
-void answerNextMessageBox(SeenBox *seen, const QString &buttonText = QString(),
-                          int timeoutMs = 5000);
+inline void answerNextMessageBox(SeenBox *seen, const QString &buttonText = QString(),
+                                 int timeoutMs = 5000)
+{
+    answerNextModal(
+        [seen, buttonText](QWidget *modal) {
+            auto *box = qobject_cast<QMessageBox *>(modal);
+            if (!box) {
+                if (auto *dialog = qobject_cast<QDialog *>(modal))
+                    dialog->reject();
+                return;
+            }
+            *seen = {box->windowTitle(), box->text(), true};
+            QAbstractButton *target = box->defaultButton();
+            for (QAbstractButton *button : box->buttons()) {
+                if (!buttonText.isEmpty() && button->text().remove(QLatin1Char('&')) == buttonText)
+                    target = button;
+            }
+            if (!target)
+                target = box->buttons().value(0);
+            if (target)
+                target->click();
+            else
+                box->close();
+        },
+        timeoutMs);
+}
 
 } // namespace testsupport

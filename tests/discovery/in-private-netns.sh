@@ -1,8 +1,7 @@
 #!/bin/sh
-# Runs a test inside a private network namespace whose loopback carries
-# broadcasts and the HDS multicast group, so nothing it sends can leave this
-# machine. Where no namespace can be made, the test still runs but with
-# VELTOR_NETNS_UNAVAILABLE set to the reason, and skips its network cases.
+# Runs a test in a private network namespace whose loopback carries broadcasts
+# and the HDS group, so nothing it sends leaves this machine; without one it
+# runs with VELTOR_NETNS_UNAVAILABLE set to the reason and skips those cases.
 setup='ip link set lo up && ip link set lo multicast on &&
        ip route add 239.0.0.0/8 dev lo && ip route add 255.255.255.255/32 dev lo'
 for flags in -n -rn; do

@@ -1,3 +1,4 @@
+// What the fleet search makes of each reply, its camera order and the re-flagging.
 #include "discovery/fleetmerge.h"
 #include "discovery/heardcameras.h"
 #include "discovery/protocolconstants.h"
@@ -7,208 +8,102 @@
 #include <QtTest>
 
 using namespace veltor;
+using replybuilder::hdsCamera;
+using replybuilder::winbondAt;
 
 namespace {
 
 const QHostAddress kInterfaceA{QStringLiteral("192.168.1.1")};
-const QHostAddress kInterfaceB{QStringLiteral("10.0.0.1")};
 
-ReceivedReply winbond(const QByteArray &data, const QString &source = "192.168.1.20",
-                      const QHostAddress &interface = kInterfaceA)
+ReceivedReply received(quint16 port, const QByteArray &data, const QString &source = "192.168.1.20")
 {
-    return {data, kBinarySearchPort, QHostAddress(source), interface};
+    return {data, port, QHostAddress(source), kInterfaceA};
 }
 
-ReceivedReply hds(const QByteArray &data, const QString &source = "192.168.1.20",
-                  const QHostAddress &interface = kInterfaceA)
-{
-    return {data, kHdsPort, QHostAddress(source), interface};
-}
-
-replybuilder::WinbondFields winbondAt(const QString &ip, const QByteArray &mac)
-{
-    replybuilder::WinbondFields fields;
-    fields.ip.clear();
-    for (const QString &part : ip.split(QLatin1Char('.')))
-        fields.ip << part.toInt();
-    fields.mac = mac;
-    return fields;
-}
-
-QVector<SearchInterface> interfaces()
-{
-    return {{"a", kInterfaceA, QHostAddress("255.255.255.0"), QHostAddress("192.168.1.255"), 2},
-            {"b", kInterfaceB, QHostAddress("255.0.0.0"), QHostAddress("10.255.255.255"), 3}};
-}
-
-SeenCamera seen(const QString &ip, const QString &mac, const QString &source,
-                const QStringList &receivedOn)
+SeenCamera seen(const QString &ip, const QString &mac)
 {
     SeenCamera camera;
     camera.record.ip = ip;
     camera.record.mac = mac;
-    camera.source = QHostAddress(source);
-    for (const QString &address : receivedOn)
-        camera.receivedOn << QHostAddress(address);
-    camera.interfaceAddress = camera.receivedOn.value(0);
+    camera.source = QHostAddress(ip);
     return camera;
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(veltor::ReceivedReply)
 
 class TestFleetMerge : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void outcome_data();
-    void outcome();
-    void cameraHeardOnTwoInterfaces();
-    void windowOrder();
-    void findings_data();
-    void findings();
-    void reflagReportsChangedCamerasOnly();
+    // After one Winbond camera (00:0A:1B:2C:3D:4E at 192.168.1.20), one more
+    // reply from 192.168.1.99.
+    void outcome_data()
+    {
+        QTest::addColumn<int>("port");
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<int>("outcome");
+        const int w = kBinarySearchPort, h = kHdsPort, own = FleetMerge::OwnSearch,
+                  bad = FleetMerge::Malformed, again = FleetMerge::Duplicate,
+                  add = FleetMerge::NewCamera;
+        QTest::newRow("own binary") << w << binarySearchDatagram() << own;
+        QTest::newRow("own HDS") << h << hdsSearchRequest() << own;
+        QTest::newRow("binary on HDS port") << h << binarySearchDatagram() << bad;
+        QTest::newRow("same MAC lower case")
+            << h << hdsCamera("192.168.1.99", "00:0a:1b:2c:3d:4e") << again;
+        QTest::newRow("other MAC, same IP")
+            << w << winbondAt("192.168.1.20", "000A1B2C3D4F") << add;
+    }
+    void outcome()
+    {
+        QFETCH(int, port);
+        QFETCH(QByteArray, reply);
+        QFETCH(int, outcome);
+        FleetMerge merge;
+        QCOMPARE(merge.add(received(kBinarySearchPort, replybuilder::winbondReply())),
+                 FleetMerge::NewCamera);
+        QCOMPARE(int(merge.add(received(quint16(port), reply, "192.168.1.99"))), outcome);
+        QCOMPARE(merge.cameras().size(), outcome == FleetMerge::NewCamera ? 2 : 1);
+    }
+    // By ordering key, not by address; a later camera goes before an equal key.
+    void windowOrder()
+    {
+        FleetMerge merge;
+        const QStringList ips{"192.168.1.99", "192.168.10.1", "200.200.200.200", "192.168.1.99"};
+        for (int i = 0; i < ips.size(); ++i)
+            merge.add(received(kBinarySearchPort,
+                               winbondAt(ips[i], "00000000000" + QByteArray::number(i))));
+        QStringList order;
+        for (const SeenCamera &camera : merge.cameras())
+            order << camera.record.ip + '/' + camera.record.mac.right(1);
+        QCOMPARE(order, (QStringList{"200.200.200.200/2", "192.168.10.1/1", "192.168.1.99/3",
+                                     "192.168.1.99/0"}));
+    }
+    // The window redoes the findings after every burst and touches only the
+    // cameras whose markers change: the new ones and those sharing their IP.
+    void reflagReportsChangedCamerasOnly()
+    {
+        HeardCameras heard;
+        const auto changed = [&](const char *address, const char *mask) {
+            QStringList macs;
+            for (const SeenCamera &camera : heard.reflag(
+                     {address, QHostAddress(address), QHostAddress(mask), QHostAddress(), 1}))
+                macs << camera.record.mac;
+            macs.sort();
+            return macs;
+        };
+        heard.add(seen("192.168.1.20", "m1"));
+        heard.add(seen("172.16.0.5", "m2"));
+        QCOMPARE(changed("192.168.1.1", "255.255.255.0"), QStringList{"m2"});
+        QCOMPARE(changed("192.168.1.1", "255.255.255.0"), QStringList{});
+        heard.add(seen("192.168.1.20", "m3"));
+        heard.add(seen("192.168.1.21", "m1")); // a later reply changes nothing
+        QCOMPARE(changed("192.168.1.1", "255.255.255.0"), (QStringList{"m1", "m3"}));
+        // Another interface: every marked camera's tooltip names it.
+        QCOMPARE(changed("10.0.0.1", "255.0.0.0"), (QStringList{"m1", "m2", "m3"}));
+        QCOMPARE(heard.listed({"m3", "foreign", "m1"}).size(), 2);
+    }
 };
-
-// Each row follows one Winbond camera (00:0A:1B:2C:3D:4E at 192.168.1.20).
-void TestFleetMerge::outcome_data()
-{
-    QTest::addColumn<ReceivedReply>("reply");
-    QTest::addColumn<int>("outcome");
-    const QByteArray full = replybuilder::winbondReply();
-    QTest::newRow("own binary search")
-        << winbond(binarySearchDatagram()) << int(FleetMerge::OwnSearch);
-    QTest::newRow("own HDS search") << hds(hdsSearchRequest()) << int(FleetMerge::OwnSearch);
-    QTest::newRow("binary search on the HDS port")
-        << hds(binarySearchDatagram()) << int(FleetMerge::Malformed);
-    QTest::newRow("27 bytes") << winbond(full.left(27)) << int(FleetMerge::Malformed);
-    QTest::newRow("HDS, other status")
-        << hds(replybuilder::hdsCamera("192.168.1.30", "00:11:22:33:44:55")
-                   .replace("200 OK", "404 Not Found"))
-        << int(FleetMerge::Malformed);
-    QTest::newRow("the same reply again") << winbond(full) << int(FleetMerge::Duplicate);
-    QTest::newRow("same MAC in HDS, lower case, from elsewhere")
-        << hds(replybuilder::hdsCamera("192.168.1.99", "00:0a:1b:2c:3d:4e"), "192.168.1.99")
-        << int(FleetMerge::Duplicate);
-    QTest::newRow("another MAC, same IP")
-        << winbond(replybuilder::winbondReply(winbondAt("192.168.1.20", "000A1B2C3D4F")))
-        << int(FleetMerge::NewCamera);
-    QTest::newRow("HDS camera") << hds(replybuilder::hdsCamera("192.168.1.30", "00:11:22:33:44:55"))
-                                << int(FleetMerge::NewCamera);
-}
-
-void TestFleetMerge::outcome()
-{
-    QFETCH(ReceivedReply, reply);
-    QFETCH(int, outcome);
-    FleetMerge merge;
-    QCOMPARE(merge.add(winbond(replybuilder::winbondReply())), FleetMerge::NewCamera);
-    QCOMPARE(int(merge.add(reply)), outcome);
-    QCOMPARE(merge.cameras().size(), outcome == FleetMerge::NewCamera ? 2 : 1);
-}
-
-void TestFleetMerge::cameraHeardOnTwoInterfaces()
-{
-    FleetMerge merge;
-    const QByteArray reply = replybuilder::hdsCamera("10.0.0.7", "00:11:22:33:44:55", "");
-    merge.add(hds(reply, "10.0.0.7", kInterfaceA));
-    merge.add(hds(reply, "10.0.0.7", kInterfaceB));
-    merge.add(hds(reply, "10.0.0.7", kInterfaceA));
-    const QVector<SeenCamera> cameras = merge.cameras();
-    QCOMPARE(cameras.size(), 1);
-    QCOMPARE(cameras[0].receivedOn, (QVector<QHostAddress>{kInterfaceA, kInterfaceB}));
-    QCOMPARE(cameras[0].family, QString(kHaisiFamily));
-    QCOMPARE(cameras[0].record.name, QString("Unnamed"));
-}
-
-// By ordering key, not by address; a later camera goes before an equal key.
-void TestFleetMerge::windowOrder()
-{
-    FleetMerge merge;
-    const QStringList ips{"192.168.1.99", "192.168.10.1", "200.200.200.200", "192.168.1.99"};
-    for (int i = 0; i < ips.size(); ++i)
-        merge.add(winbond(
-            replybuilder::winbondReply(winbondAt(ips[i], "00000000000" + QByteArray::number(i)))));
-    QStringList order;
-    for (const SeenCamera &camera : merge.cameras())
-        order << camera.record.ip + '/' + camera.record.mac.right(1);
-    QCOMPARE(order, (QStringList{"200.200.200.200/2", "192.168.10.1/1", "192.168.1.99/3",
-                                 "192.168.1.99/0"}));
-}
-
-void TestFleetMerge::findings_data()
-{
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QStringList>("receivedOn");
-    QTest::addColumn<QString>("otherMac"); // of a second camera at the same IP, if any
-    QTest::addColumn<QStringList>("findings");
-    QTest::addColumn<QString>("interface");
-    const QString a = kInterfaceA.toString();
-    const QString b = kInterfaceB.toString();
-    // One finding at a time, as the window shows them, is tst_findingswindow's.
-    QTest::newRow("reachable through the second interface")
-        << "10.1.2.3"
-        << "10.1.2.3" << QStringList{a, b} << "" << QStringList{} << b;
-    QTest::newRow("reachable through neither")
-        << "172.16.0.5"
-        << "172.16.0.5" << QStringList{a, b} << "" << QStringList{"other-subnet"} << a;
-    QTest::newRow("same MAC in other case is no conflict")
-        << "192.168.1.20"
-        << "192.168.1.20" << QStringList{a} << "00:0a:1b:2c:3d:4e" << QStringList{} << a;
-    QTest::newRow("not an address") << "192.168.1.999"
-                                    << "192.168.1.20" << QStringList{a} << ""
-                                    << QStringList{"other-subnet", "source-differs"} << a;
-    QTest::newRow("no address, no conflict between two")
-        << ""
-        << "192.168.1.20" << QStringList{a} << "00:0A:1B:2C:3D:99"
-        << QStringList{"other-subnet", "source-differs"} << a;
-}
-
-void TestFleetMerge::findings()
-{
-    QFETCH(QString, ip);
-    QFETCH(QString, source);
-    QFETCH(QStringList, receivedOn);
-    QFETCH(QString, otherMac);
-    QFETCH(QStringList, findings);
-    QFETCH(QString, interface);
-    QVector<SeenCamera> cameras{seen(ip, "00:0A:1B:2C:3D:4E", source, receivedOn)};
-    if (!otherMac.isEmpty())
-        cameras << seen(ip, otherMac, source, receivedOn);
-    flagFindings(&cameras, interfaces());
-    QCOMPARE(cameras[0].findings, findings);
-    QCOMPARE(cameras[0].interfaceAddress.toString(), interface);
-    QCOMPARE(cameras[0].receivedOn.first().toString(), interface);
-    QCOMPARE(cameras[0].receivedOn.size(), receivedOn.size());
-}
-
-// The window redoes the findings after every burst and touches only the
-// cameras whose markers change: the new ones and those sharing their IP.
-void TestFleetMerge::reflagReportsChangedCamerasOnly()
-{
-    HeardCameras heard;
-    const SearchInterface a = interfaces().first();
-    const auto changed = [&](const SearchInterface &interface) {
-        QStringList macs;
-        for (const SeenCamera &camera : heard.reflag(interface))
-            macs << camera.record.mac;
-        macs.sort();
-        return macs;
-    };
-    heard.add(seen("192.168.1.20", "m1", "192.168.1.20", {}));
-    heard.add(seen("172.16.0.5", "m2", "172.16.0.5", {}));
-    QCOMPARE(changed(a), QStringList{"m2"});
-    QCOMPARE(changed(a), QStringList{});
-    heard.add(seen("192.168.1.20", "m3", "192.168.1.20", {}));
-    heard.add(seen("192.168.1.21", "m1", "192.168.1.21", {})); // a later reply changes nothing
-    QCOMPARE(changed(a), (QStringList{"m1", "m3"}));
-    // Another interface: every marked camera's tooltip names it.
-    QCOMPARE(changed(interfaces().last()), (QStringList{"m1", "m2", "m3"}));
-    QCOMPARE(heard.listed({"m3", "foreign", "m1"}).size(), 2);
-}
 
 QTEST_GUILESS_MAIN(TestFleetMerge)
 #include "tst_fleetmerge.moc"

@@ -1,5 +1,6 @@
 #include "netconf/configmessages.h"
-#include "netconf/configparse.h"
+#include "netconf/submitchecks.h"
+#include "netconf/submitmessages.h"
 
 #include <QtTest>
 
@@ -9,26 +10,33 @@ Q_DECLARE_METATYPE(veltor::NetworkSettings)
 
 namespace {
 
-NetworkSettings staticSettings(const QString &port = QStringLiteral("80"))
-{
-    NetworkSettings s;
-    s.ip = QStringLiteral("192.168.1.20");
-    s.subnet = QStringLiteral("255.255.255.0");
-    s.gateway = QStringLiteral("192.168.1.1");
-    s.dns = QStringLiteral("8.8.8.8");
-    s.port = port;
-    return s;
-}
-
-NetworkSettings dhcpSettings(const QString &port)
-{
-    NetworkSettings s;
-    s.dhcp = true;
-    s.port = port;
-    return s;
-}
-
 const char kMac[] = "00:0A:1b:2C:3D:4E";
+
+// A good form; `changes` ("ip=1.2.3", "dhcp=1") replace its fields.
+NetworkSettings form(const QStringList &changes = {})
+{
+    NetworkSettings s{"192.168.1.20", "255.255.255.0", "192.168.1.1", "8.8.8.8", "80", false};
+    for (const QString &change : changes) {
+        const QString key = change.section('=', 0, 0), value = change.section('=', 1);
+        if (key == "dhcp")
+            s.dhcp = value == "1";
+        else
+            *(key == "ip"        ? &s.ip
+              : key == "subnet"  ? &s.subnet
+              : key == "gateway" ? &s.gateway
+              : key == "dns"     ? &s.dns
+                                 : &s.port) = value;
+    }
+    return s;
+}
+
+// A row of text columns.
+void row(const char *tag, std::initializer_list<QString> cells)
+{
+    QTestData &data = QTest::newRow(tag);
+    for (const QString &cell : cells)
+        data << cell;
+}
 
 } // namespace
 
@@ -37,314 +45,125 @@ class ConfigMessagesTest : public QObject
     Q_OBJECT
 
 private slots:
-    void hdsRequest_data();
-    void hdsRequest();
-    void gatewayAdjustment_data();
-    void gatewayAdjustment();
-    void winbondDatagram_data();
-    void winbondDatagram();
-    void winbondFieldLimits_data();
-    void winbondFieldLimits();
-    void winbondToHex_data();
-    void winbondToHex();
-    void hdsParseRejects_data();
-    void hdsParseRejects();
-    void winbondParseRoundTrip();
-    void cameraCommands_data();
-    void cameraCommands();
-};
-
-void ConfigMessagesTest::hdsRequest_data()
-{
-    QTest::addColumn<quint32>("cseq");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QByteArray>("expected");
-
-    const QByteArray head = "CMD * HDS/1.0\r\nCSeq:";
-    const QByteArray client = "\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
-                              "Accept-Type:text/HDP\r\nAuthorization:Basic ";
-    const QByteArray dhcpOff = veltor::netconfBody(staticSettings(), QLatin1String(kMac));
-    QTest::newRow("dhcp on") << 0u << "admin"
-                             << "secret"
-                             << veltor::netconfBody(dhcpSettings("80"), QLatin1String(kMac))
-                             << head + "0" + client +
-                                    "admin:secret\r\nDevice-ID:DEV1\r\nContent-Length:20\r\n\r\n"
-                                    "netconf set -dhcp on";
-    QTest::newRow("dhcp off") << 1u << "admin"
-                              << "" << dhcpOff
-                              << head + "1" + client +
-                                     "admin:\r\nDevice-ID:DEV1\r\nContent-Length:" +
-                                     QByteArray::number(dhcpOff.size()) + "\r\n\r\n" + dhcpOff;
-    QTest::newRow("port") << 2u << "admin"
-                          << "a:b" << veltor::httpPortBody("8080")
-                          << head + "2" + client +
-                                 "admin:a:b\r\nDevice-ID:DEV1\r\nContent-Length:27\r\n\r\n"
-                                 "httpport set -httpport 8080";
-    // Content-Length counts bytes: "ü" is two of them.
-    QTest::newRow("non-ascii") << 4294967295u << "jürgen"
-                               << "pässwort" << QByteArray("httpport set -httpport \xc3\xbc")
-                               << head + "4294967295" + client +
-                                      "j\xc3\xbcrgen:p\xc3\xa4sswort\r\nDevice-ID:DEV1\r\n"
-                                      "Content-Length:25\r\n\r\nhttpport set -httpport \xc3\xbc";
-}
-
-void ConfigMessagesTest::hdsRequest()
-{
-    QFETCH(quint32, cseq);
-    QFETCH(QString, user);
-    QFETCH(QString, password);
-    QFETCH(QByteArray, body);
-    QFETCH(QByteArray, expected);
-    const QByteArray request =
-        veltor::hdsCmdRequest(cseq, user, password, QStringLiteral("DEV1"), body);
-    QCOMPARE(request, expected);
-
-    const auto parsed = veltor::parseHdsCmd(request);
-    QVERIFY(parsed);
-    QCOMPARE(parsed->cseq, cseq);
-    QCOMPARE(parsed->user, user);
-    QCOMPARE(parsed->password, password);
-    QCOMPARE(parsed->deviceId, QStringLiteral("DEV1"));
-    QCOMPARE(parsed->body, body);
-}
-
-void ConfigMessagesTest::gatewayAdjustment_data()
-{
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QString>("gateway");
-    QTest::addColumn<QString>("sent");
-
-    QTest::newRow("other /24") << "192.168.2.50"
-                               << "192.168.1.1"
-                               << "192.168.2.1";
-    QTest::newRow("same /24") << "192.168.2.50"
-                              << "192.168.2.254"
-                              << "192.168.2.254";
-    QTest::newRow("first part differs") << "10.168.2.50"
-                                        << "192.168.2.7"
-                                        << "10.168.2.7";
-    // Compared as text, as typed.
-    QTest::newRow("leading zero") << "192.168.02.50"
-                                  << "192.168.2.1"
-                                  << "192.168.02.1";
-}
-
-void ConfigMessagesTest::gatewayAdjustment()
-{
-    QFETCH(QString, ip);
-    QFETCH(QString, gateway);
-    QFETCH(QString, sent);
-    QCOMPARE(veltor::adjustGateway(ip, gateway), sent);
-
-    NetworkSettings s = staticSettings();
-    s.ip = ip;
-    s.gateway = gateway;
-    const QByteArray body = veltor::netconfBody(s, QLatin1String(kMac));
-    QCOMPARE(body, "netconf set -dhcp off -ipaddr " + ip.toUtf8() +
-                       " -netmask 255.255.255.0 -gateway " + sent.toUtf8() + " -hwaddr " + kMac +
-                       " -fdnsip 8.8.8.8");
-}
-
-void ConfigMessagesTest::winbondDatagram_data()
-{
-    QTest::addColumn<NetworkSettings>("settings");
-    QTest::addColumn<QByteArray>("addressesAndPort"); // bytes 66 to 83, hex
-
-    QTest::newRow("dhcp off") << staticSettings()
-                              << QByteArray("c0a80114"
-                                            "ffffff00"
-                                            "c0a80101"
-                                            "08080808"
-                                            "0050");
-    QTest::newRow("dhcp on, port kept") << dhcpSettings("8080")
-                                        << QByteArray("00000000000000000000000000000000"
-                                                      "1f90");
-    QTest::newRow("port 8080") << staticSettings("8080")
-                               << QByteArray("c0a80114ffffff00c0a8010108080808"
-                                             "1f90");
-    QTest::newRow("empty port") << staticSettings("")
-                                << QByteArray("c0a80114ffffff00c0a8010108080808"
-                                              "0000");
-    QTest::newRow("port 65535") << staticSettings("65535")
-                                << QByteArray("c0a80114ffffff00c0a8010108080808"
-                                              "ffff");
-}
-
-void ConfigMessagesTest::winbondDatagram()
-{
-    QFETCH(NetworkSettings, settings);
-    QFETCH(QByteArray, addressesAndPort);
-    const QByteArray datagram =
-        veltor::winbondConfigDatagram(QLatin1String(kMac), "admin", "123456789012", settings);
-    QCOMPARE(datagram.size(), 84);
-    const QByteArray header = QByteArray::fromHex("4d4f5f49"
-                                                  "0200"
-                                                  "000000000000000000"
-                                                  "3d000000"
-                                                  "3d000000"
-                                                  "00000000");
-    QCOMPARE(datagram.left(27), header);
-    QCOMPARE(datagram.mid(27, 13), QByteArray("000A1b2C3D4E\0", 13));
-    QCOMPARE(datagram.mid(40, 13), QByteArray("admin\0\0\0\0\0\0\0\0", 13));
-    QCOMPARE(datagram.mid(53, 13), QByteArray("123456789012\0", 13));
-    QCOMPARE(datagram.mid(66).toHex(), addressesAndPort);
-
-    const auto parsed = veltor::parseWinbondConfig(datagram);
-    QVERIFY(parsed);
-    QCOMPARE(parsed->settings.dhcp, settings.dhcp);
-    QCOMPARE(parsed->password, QStringLiteral("123456789012"));
-}
-
-void ConfigMessagesTest::winbondFieldLimits_data()
-{
-    QTest::addColumn<QString>("mac");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<int>("problem");
-
-    using P = veltor::WinbondFieldProblem;
-    const QString twelve = QStringLiteral("abcdefghijkl");
-    QTest::newRow("12 bytes fit") << kMac << twelve << twelve << int(P::None);
-    QTest::newRow("13-byte user") << kMac << QString(twelve + "m") << "" << int(P::User);
-    QTest::newRow("13-byte password") << kMac << "" << QString(twelve + "m") << int(P::Password);
-    QTest::newRow("6 umlauts are 12 bytes")
-        << kMac << QString(6, QChar(0xe4)) << "" << int(P::None);
-    QTest::newRow("7 umlauts are 14 bytes")
-        << kMac << "" << QString(7, QChar(0xe4)) << int(P::Password);
-    QTest::newRow("short mac") << "00:0A:1B:2C:3D"
-                               << ""
-                               << "" << int(P::Mac);
-    QTest::newRow("long mac") << "00:0A:1B:2C:3D:4E:5F"
-                              << ""
-                              << "" << int(P::Mac);
-    QTest::newRow("no mac") << ""
-                            << ""
-                            << "" << int(P::Mac);
-}
-
-void ConfigMessagesTest::winbondFieldLimits()
-{
-    QFETCH(QString, mac);
-    QFETCH(QString, user);
-    QFETCH(QString, password);
-    QFETCH(int, problem);
-    QCOMPARE(int(veltor::checkWinbondFields(mac, user, password)), problem);
-    const QByteArray datagram =
-        veltor::winbondConfigDatagram(mac, user, password, staticSettings());
-    // Refused, never cut.
-    QCOMPARE(datagram.isEmpty(), problem != int(veltor::WinbondFieldProblem::None));
-    if (!datagram.isEmpty()) {
-        const auto parsed = veltor::parseWinbondConfig(datagram);
-        QVERIFY(parsed);
-        QCOMPARE(parsed->user, user);
-        QCOMPARE(parsed->password, password);
+    void hdsRequest_data()
+    {
+        QTest::addColumn<QByteArray>("request");
+        QTest::addColumn<QByteArray>("expected");
+        // `tail`: the Authorization value, '#', the body's length.
+        const auto row = [](const char *tag, quint32 cseq, const char *user, const char *password,
+                            const QByteArray &body, const QByteArray &tail) {
+            const int hash = tail.indexOf('#');
+            QTest::newRow(tag) << veltor::hdsCmdRequest(cseq, user, password, "DEV1", body)
+                               << "CMD * HDS/1.0\r\nCSeq:" + QByteArray::number(cseq) +
+                                      "\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
+                                      "Accept-Type:text/HDP\r\nAuthorization:Basic " +
+                                      tail.left(hash) +
+                                      "\r\nDevice-ID:DEV1\r\nContent-Length:" + tail.mid(hash + 1) +
+                                      "\r\n\r\n" + body;
+        };
+        row("dhcp on", 0, "admin", "secret", veltor::netconfBody(form({"dhcp=1"}), kMac),
+            "admin:secret#20");
+        row("dhcp off", 1, "admin", "", veltor::netconfBody(form(), kMac), "admin:#128");
+        row("port", 2, "admin", "a:b", veltor::httpPortBody("8080"), "admin:a:b#27");
+        // Content-Length counts bytes: "ü" is two of them.
+        row("non-ascii", 4294967295u, "jürgen", "pässwort", "httpport set -httpport \xc3\xbc",
+            "j\xc3\xbcrgen:p\xc3\xa4sswort#25");
     }
-}
-
-void ConfigMessagesTest::winbondToHex_data()
-{
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QByteArray>("hex");
-
-    QTest::newRow("ip") << " 192.168.1.10 "
-                        << "ip" << QByteArray("c0a8010a");
-    QTest::newRow("subnet") << "255.255.255.0"
-                            << "subnet" << QByteArray("ffffff00");
-    QTest::newRow("port is one byte") << "80"
-                                      << "port" << QByteArray("50");
-    QTest::newRow("mac") << "00:0A:1B:2C:3D:4E"
-                         << "mac" << QByteArray("000A1B2C3D4E");
-    QTest::newRow("name") << "Cam1"
-                          << "name" << QByteArray();
-}
-
-void ConfigMessagesTest::winbondToHex()
-{
-    QFETCH(QString, value);
-    QFETCH(QString, key);
-    QFETCH(QByteArray, hex);
-    QCOMPARE(veltor::winbondToHex(value, key), hex);
-}
-
-void ConfigMessagesTest::hdsParseRejects_data()
-{
-    QTest::addColumn<QByteArray>("datagram");
-
-    const QByteArray good = veltor::hdsCmdRequest(7, "admin", "pw", "D", "netconf set -dhcp on");
-    QVERIFY(veltor::parseHdsCmd(good));
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("search") << QByteArray("SEARCH * HDS/1.0\r\nCSeq:0\r\n\r\n");
-    QTest::newRow("no blank line") << good.left(good.indexOf("\r\n\r\n"));
-    QTest::newRow("body cut") << good.chopped(1);
-    QTest::newRow("body longer") << good + "x";
-    QTest::newRow("no authorization")
-        << QByteArray("CMD * HDS/1.0\r\nCSeq:1\r\nContent-Length:0\r\n\r\n");
-    QTest::newRow("not basic") << QByteArray(good).replace("Basic ", "Digest");
-    QTest::newRow("bad cseq") << QByteArray(good).replace("CSeq:7", "CSeq:x");
-}
-
-void ConfigMessagesTest::hdsParseRejects()
-{
-    QFETCH(QByteArray, datagram);
-    QVERIFY(!veltor::parseHdsCmd(datagram));
-}
-
-void ConfigMessagesTest::winbondParseRoundTrip()
-{
-    NetworkSettings settings = staticSettings("8080");
-    const QByteArray datagram = veltor::winbondConfigDatagram(kMac, "ädmin", "p&#w", settings);
-    const auto parsed = veltor::parseWinbondConfig(datagram);
-    QVERIFY(parsed);
-    QCOMPARE(parsed->mac, QStringLiteral("000A1b2C3D4E"));
-    QCOMPARE(parsed->user, QStringLiteral("ädmin"));
-    QCOMPARE(parsed->password, QStringLiteral("p&#w"));
-    QCOMPARE(parsed->settings.ip, settings.ip);
-    QCOMPARE(parsed->settings.subnet, settings.subnet);
-    QCOMPARE(parsed->settings.gateway, settings.gateway);
-    QCOMPARE(parsed->settings.dns, settings.dns);
-    QCOMPARE(parsed->settings.port, settings.port);
-
-    QVERIFY(!veltor::parseWinbondConfig(datagram.chopped(1)));
-    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(0, 4, "MO_X")));
-    QVERIFY(!veltor::parseWinbondConfig(QByteArray(datagram).replace(4, 1, "\x01")));
-}
-
-void ConfigMessagesTest::cameraCommands_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<bool>("dhcp");
-    QTest::addColumn<QString>("ipOrPort");
-
-    QTest::newRow("dhcp on") << QByteArray("netconf set -dhcp on") << true << true << "";
-    QTest::newRow("dhcp off") << veltor::netconfBody(staticSettings(), kMac) << true << false
-                              << "192.168.1.20";
-    QTest::newRow("port") << QByteArray("httpport set -httpport 81") << true << false << "81";
-    QTest::newRow("missing value") << QByteArray("httpport set -httpport") << false << false << "";
-    QTest::newRow("unknown command") << QByteArray("reboot set -now 1") << false << false << "";
-    QTest::newRow("off without address")
-        << QByteArray("netconf set -dhcp off") << false << false << "";
-    QTest::newRow("bad dhcp word") << QByteArray("netconf set -dhcp maybe") << false << false << "";
-}
-
-void ConfigMessagesTest::cameraCommands()
-{
-    QFETCH(QByteArray, body);
-    QFETCH(bool, valid);
-    QFETCH(bool, dhcp);
-    QFETCH(QString, ipOrPort);
-    const auto command = veltor::parseCameraCommand(body);
-    QCOMPARE(bool(command), valid);
-    if (!command)
-        return;
-    QCOMPARE(command->settings.dhcp, dhcp);
-    const QString value = command->kind == veltor::CameraCommand::HttpPort ? command->settings.port
-                                                                           : command->settings.ip;
-    QCOMPARE(value, ipOrPort);
-}
+    void hdsRequest()
+    {
+        QFETCH(QByteArray, request);
+        QTEST(request, "expected");
+    }
+    void gatewayAdjustment_data()
+    {
+        QTest::addColumn<QString>("ip");
+        QTest::addColumn<QString>("gateway");
+        QTest::addColumn<QString>("sent");
+        row("other /24", {"192.168.2.50", "192.168.1.1", "192.168.2.1"});
+        row("same /24", {"192.168.2.50", "192.168.2.254", "192.168.2.254"});
+        row("first part differs", {"10.168.2.50", "192.168.2.7", "10.168.2.7"});
+        row("compared as typed", {"192.168.02.50", "192.168.2.1", "192.168.02.1"});
+    }
+    void gatewayAdjustment()
+    {
+        QFETCH(QString, ip);
+        QFETCH(QString, gateway);
+        QFETCH(QString, sent);
+        QCOMPARE(veltor::adjustGateway(ip, gateway), sent);
+        QCOMPARE(veltor::netconfBody(form({"ip=" + ip, "gateway=" + gateway}), kMac),
+                 "netconf set -dhcp off -ipaddr " + ip.toUtf8() + " -netmask 255.255.255.0 " +
+                     "-gateway " + sent.toUtf8() + " -hwaddr " + kMac + " -fdnsip 8.8.8.8");
+    }
+    void winbondDatagram_data()
+    {
+        QTest::addColumn<NetworkSettings>("settings");
+        QTest::addColumn<QByteArray>("addressesAndPort"); // bytes 66 to 83, hex
+        const QByteArray addresses = "c0a80114ffffff00c0a8010108080808";
+        QTest::newRow("dhcp off") << form() << addresses + "0050";
+        QTest::newRow("dhcp on") << form({"dhcp=1", "port=8080"}) << QByteArray(32, '0') + "1f90";
+        QTest::newRow("empty port") << form({"port="}) << addresses + "0000";
+        QTest::newRow("port 65535") << form({"port=65535"}) << addresses + "ffff";
+    }
+    void winbondDatagram()
+    {
+        QFETCH(NetworkSettings, settings);
+        const QByteArray datagram =
+            veltor::winbondConfigDatagram(kMac, "ädmin", "123456789012", settings);
+        const auto field = [](const QByteArray &text) { return text.leftJustified(13, '\0'); };
+        QCOMPARE(datagram.left(66),
+                 QByteArray::fromHex("4d4f5f4902000000000000000000003d0000003d00000000000000") +
+                     field("000A1b2C3D4E") + field("\xc3\xa4\x64min") + field("123456789012"));
+        QTEST(datagram.mid(66).toHex(), "addressesAndPort");
+    }
+    void submitChecks_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QStringList>("changes");
+        QTest::addColumn<int>("step");
+        const auto row = [](const char *tag, const char *family, const QStringList &changes,
+                            int step) { QTest::newRow(tag) << QString(family) << changes << step; };
+        const char *W = "Winbond", *H = "Haisi";
+        row("all good", W, {}, 0);
+        row("empty port is 0", W, {"port="}, 0);
+        row("1 minus sign", W, {"port=-1"}, 1);
+        row("1 letter", H, {"dhcp=1", "port=8o"}, 1);
+        row("1 before 4", H, {"port=x", "ip=1.2.3"}, 1);
+        row("2 65536", W, {"port=65536"}, 2);
+        row("too long for int", W, {"port=99999999999"}, 0);
+        row("4 three parts", H, {"ip=1.2.3"}, 4);
+        row("4 empty, dhcp on", W, {"dhcp=1", "ip="}, 4);
+        row("5 subnet", H, {"subnet=255.255.0"}, 5);
+        row("6 gateway", H, {"gateway=gw"}, 6);
+        row("7 dns", H, {"dns=8.8.8.8."}, 7);
+        row("8 ip 256", W, {"ip=256.1.1.1"}, 8);
+        row("9 subnet", W, {"subnet=255.255.256.0"}, 9);
+        row("10 gateway", W, {"gateway=1.1.1.300"}, 10);
+        row("11 dns", W, {"dns=999.8.8.8"}, 11);
+        row("8 before 11", W, {"ip=1.1.1.256", "dns=9.9.9.999"}, 8);
+        row("haisi takes 300", H, {"ip=300.1.1.1"}, 0);
+        row("winbond dhcp skips range", W, {"dhcp=1", "ip=300.1.1.1"}, 0);
+        row("unknown family skips range", "", {"ip=300.1.1.1"}, 0);
+    }
+    void submitChecks()
+    {
+        QFETCH(QString, family);
+        QFETCH(QStringList, changes);
+        QFETCH(int, step);
+        const veltor::SubmitCheck check = veltor::firstFailedCheck(form(changes), family);
+        QCOMPARE(int(check), step);
+        const QStringList messages =
+            QStringLiteral(
+                "|Port invalid|Port needs to be a value in range of 0-65535|Port needs to be a "
+                "value in "
+                "range of 0-65535|Ip-address has a wrong format|Subnet has a wrong format|Gateway "
+                "has "
+                "a wrong format|DNS has a wrong format|Ip-address has invalid "
+                "values|Subnet-address has "
+                "invalid values|Gateway-address has invalid values|DNS-address has invalid values")
+                .split('|');
+        QCOMPARE(veltor::submitCheckMessage(check), messages.value(step));
+    }
+};
 
 QTEST_GUILESS_MAIN(ConfigMessagesTest)
 #include "tst_configmessages.moc"

@@ -1,19 +1,69 @@
-// A user unlocking simulated cameras of both families, changing their network
-// settings, told whether each camera took them, and finding them with the
-// next search. Run under tests/netns/with-cameras.sh (fleet in CMakeLists.txt).
+// A user unlocking simulated cameras of both families, changing their network settings, told
+// whether each camera took them, and finding them with the next search (fleet in CMakeLists.txt).
 #include "app/mainwindow.h"
 #include "camsimfleet.h"
-#include "ipconfharness.h"
+#include "netconf/configparse.h"
 
+#include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QNetworkDatagram>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QUdpSocket>
 #include <QtTest>
 
 namespace {
 
-// The fleet's password: characters a query string must carry intact.
-const QString kPassword = QStringLiteral("p&#w+%1");
+const char *const kFormFields[] = {"ipaddress", "subnet", "gateway", "dns", "httpport"};
+using Action = std::function<void(QWidget *)>;
+
+// Presses the default button of every message box, recording title and text. Other dialogs get
+// the next of `actions` once OK is enabled (no check running), or are rejected when none is left.
+struct BoxRecorder : QObject
+{
+    QStringList titles, texts, dialogTitles;
+    QList<Action> actions;
+
+    explicit BoxRecorder(QObject *parent) : QObject(parent) { startTimer(10); }
+    void timerEvent(QTimerEvent *) override
+    {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (modal && modal->isVisible() && !modal->property("answered").toBool())
+            answer(modal);
+    }
+    void answer(QWidget *modal)
+    {
+        if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+            box->setProperty("answered", true);
+            titles << box->windowTitle();
+            texts << QString(box->text()).replace(QRegularExpression("\\b\\d+ s\\b"), "N s");
+            box->defaultButton() ? box->defaultButton()->click() : box->buttons().first()->click();
+            return;
+        }
+        auto *ok = modal->findChild<QPushButton *>(QStringLiteral("userok"));
+        if (ok && !ok->isEnabled())
+            return; // a check is running; its answer comes first
+        if (!modal->property("seen").toBool())
+            dialogTitles << modal->windowTitle();
+        modal->setProperty("seen", true);
+        if (!actions.isEmpty())
+            return actions.takeFirst()(modal);
+        modal->setProperty("answered", true);
+        qobject_cast<QDialog *>(modal)->reject();
+    }
+};
+
+Action typeCredentials(const QString &user, const QString &password)
+{
+    return [user, password](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>(QStringLiteral("user"))->setText(user);
+        dialog->findChild<QLineEdit *>(QStringLiteral("pass"))->setText(password);
+        dialog->findChild<QPushButton *>(QStringLiteral("userok"))->click();
+    };
+}
 
 } // namespace
 
@@ -22,169 +72,234 @@ class IpConfCamerasTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void changeSettings_data();
-    void changeSettings();
-    void silentCameraUnlocksAfterTimeout();
+    void initTestCase()
+    {
+        CAMSIM_FLEET_OR_SKIP(fleet);
+        QCOMPARE(fleet.size(), 4);
+        // Characters a query string must carry intact.
+        QCOMPARE(fleet.first().password, QStringLiteral("p&#w+%1"));
+        qputenv("VELTOR_REBOOT_STEP_MS", "1");
+    }
+    void init()
+    {
+        window = new MainWindow;
+        modals = new BoxRecorder(window);
+        table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"));
+        window->findChild<QComboBox *>("wifiComboBox")->setCurrentText(getenv("VELTOR_TOOL_IP"));
+        QCOMPARE(window->getNetwork(), qEnvironmentVariable("VELTOR_TOOL_IP"));
+    }
+    void cleanup() { delete window; }
+
+    void changeSettings_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QStringList>("typed");  // ip, mask, gateway, dns, port
+        QTest::addColumn<QStringList>("listed"); // the same after the next search
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<QString>("result");
+        const auto row = [](const char *tag, int index, const QString &typed, const QString &listed,
+                            const QStringList &boxes, const QString &result) {
+            QTest::newRow(tag) << index << typed.split(' ') << listed.split(' ')
+                               << boxes + QStringList{"IP Configure"}
+                               << (result.isEmpty() ? "IP Config Successful! Please search again!"
+                                                    : result);
+        };
+        // Cameras 0 and 1 take the change at once, web server included: the credentials can no
+        // longer be asked for at the old address by then. A Winbond reply carries the port in
+        // one byte: 81 survives the search.
+        const QString winbond = QStringLiteral("10.78.0.21 255.255.0.0 10.78.0.1 10.78.0.53 81");
+        row("winbond", 0, winbond, winbond, {}, "");
+        // The gateway outside the new /24 is moved into it.
+        row("haisi", 1, "10.78.0.22 255.255.0.0 10.78.9.1 10.78.0.54 8081",
+            "10.78.0.22 255.255.0.0 10.78.0.1 10.78.0.54 8081", {"Camera rebooting"}, "");
+        // Camera 3 accepts the credentials but ignores the change.
+        row("haisi ignoring it", 3, "10.78.0.24 255.255.0.0 10.78.0.1 10.78.0.1 80",
+            "10.78.0.14 255.255.0.0 10.78.0.1 10.78.0.1 80", {"Camera rebooting"},
+            "The camera was not seen with the new settings after N s: ip 10.78.0.14 (wanted "
+            "10.78.0.24)");
+    }
+    void changeSettings()
+    {
+        QFETCH(int, index);
+        QFETCH(QStringList, typed);
+        QFETCH(QStringList, listed);
+        const camsimfleet::Camera camera = fleet.at(index);
+        search();
+        const int row = rowOf(camera.ip);
+
+        // Cancelled: the form shows the camera but stays shut.
+        click(row);
+        QCOMPARE(modals->dialogTitles, QStringList{"Authentication required"});
+        QCOMPARE(form(), (QStringList{camera.ip, camera.mask, camera.gateway, camera.dns,
+                                      QString::number(camera.httpPort)}));
+        expectEnabled(false, {"dhcpCheckbox", "ipaddress", "dns", "httpport", "dhcpsubmit",
+                              "updateSubmit", "viewFilesBtn"});
+
+        // A wrong password keeps the dialog; the right one unlocks all three tabs.
+        modals->actions << typeCredentials(camera.user, QStringLiteral("wrong"))
+                        << typeCredentials(camera.user, camera.password);
+        click(row);
+        QCOMPARE(modals->texts, QStringList{"Your username or password is not correct!"});
+        expectEnabled(true,
+                      {"dhcpsubmit", "ipaddress", "httpport", "updateSubmit", "viewFilesBtn"});
+        click(row); // unlocked now: no dialog
+        QCOMPARE(modals->dialogTitles.size(), 2);
+
+        modals->titles.clear();
+        modals->texts.clear();
+        submit(false, typed);
+        QFETCH(QStringList, boxes);
+        QTRY_COMPARE_WITH_TIMEOUT(modals->titles, boxes, 40000);
+        QTEST(modals->texts.last(), "result");
+        // Our own configuration broadcast comes back to us; it must not list a camera.
+        QCOMPARE(table->rowCount(), fleet.size());
+
+        // A new search leaves nothing of the earlier list changeable.
+        search();
+        expectEnabled(false,
+                      {"dhcpsubmit", "httpport", "fileChoose", "updateSubmit", "viewFilesBtn"});
+        const int now = rowOf(listed.at(0));
+        QVERIFY2(now >= 0, "the camera is not listed where it should be");
+        QCOMPARE(cell(now, 3) + ' ' + cell(now, 4), camera.mac + " off");
+        QCOMPARE(listedForm(now), listed);
+    }
+
+    // Camera 2 never answers a credential check: the dialog lets the user on after the timeout,
+    // but the change is not sent unchecked.
+    void silentCamera()
+    {
+        const camsimfleet::Camera camera = fleet.at(2);
+        search();
+        // Whatever the order of the replies, each row fills the form with its camera.
+        for (int row = 0; row < table->rowCount(); ++row) {
+            click(row);
+            QCOMPARE(form(), listedForm(row));
+        }
+        modals->actions << typeCredentials(camera.user, camera.password);
+        click(rowOf(camera.ip));
+        QCOMPARE(modals->titles, QStringList{"Authentication"});
+        QCOMPARE(modals->texts, QStringList{"Timeout, username and password could not be checked"});
+        QVERIFY(window->findChild<QWidget *>("dhcpsubmit")->isEnabled());
+        submit(false, {"10.78.0.23", "255.255.0.0", "10.78.0.1", "10.78.0.1", "80"});
+        QTRY_COMPARE_WITH_TIMEOUT(modals->titles.size(), 2, 30000);
+        QCOMPARE(modals->texts.last(), QStringLiteral("Your request has failed, retry please!"));
+        QCOMPARE(camsimfleet::fetchJson(camera, "/camsim/status").value("ip").toString(),
+                 camera.ip);
+    }
+
+    // A camera outside the PC's /24 cannot be asked: the change goes out at once, once the form
+    // passes its checks. Nothing out there answers.
+    void submitUnchecked_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<bool>("dhcp");
+        QTest::addColumn<QString>("port");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QStringList>("sent"); // CSeq and body of each datagram
+        const auto row = [](const char *tag, const char *family, const char *password, bool dhcp,
+                            const char *port, const char *message, const QStringList &sent) {
+            QTest::newRow(tag) << QString(family) << QString(password) << dhcp << QString(port)
+                               << QString(message) << sent;
+        };
+        row("port invalid", "Haisi", "pw", false, "-1", "Port invalid", {});
+        // Seven umlauts are 14 bytes.
+        row("winbond password too long", "Winbond",
+            "\xc3\xa4\xc3\xa4\xc3\xa4\xc3\xa4\xc3\xa4\xc3\xa4\xc3\xa4", true, "80",
+            "The password is too long for this camera (at most 12 bytes)", {});
+        row("unknown family", "Sony", "pw", false, "80", "", {});
+        row("haisi, dhcp on, no port", "Haisi", "pw", true, "", "", {"0 netconf set -dhcp on"});
+    }
+    void submitUnchecked()
+    {
+        QFETCH(QString, password);
+        QFETCH(bool, dhcp);
+        QFETCH(QString, port);
+        QFETCH(QStringList, sent);
+        const auto shared = QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint;
+        QUdpSocket group, broadcast;
+        QVERIFY(group.bind(QHostAddress::AnyIPv4, 8002, shared));
+        QVERIFY(group.joinMulticastGroup(QHostAddress(QStringLiteral("239.255.250.150"))));
+        QVERIFY(broadcast.bind(QHostAddress::AnyIPv4, 10000, shared));
+
+        const QString ip = QStringLiteral("10.99.0.9");
+        table->setRowCount(1);
+        table->setItem(0, 1, new QTableWidgetItem(ip));
+        table->setItem(0, 3, new QTableWidgetItem(QStringLiteral("00:0A:1B:2C:3D:4E")));
+        window->findChild<QLineEdit *>(QStringLiteral("ipFixEdit"))->setText(ip);
+        QFETCH(QString, family);
+        QMetaObject::invokeMethod(
+            window, "receiveCamConfIp",
+            Q_ARG(QStringList, (QStringList{"ad:min", password, "80", family})));
+        submit(dhcp, {"10.99.0.20", "255.255.255.0", "10.99.0.1", "8.8.8.8", port});
+
+        QStringList seen;
+        const auto collect = [&] {
+            for (QUdpSocket *socket : {&group, &broadcast}) {
+                while (socket->hasPendingDatagrams()) {
+                    const QByteArray datagram = socket->receiveDatagram().data();
+                    if (const auto cmd = veltor::parseHdsCmd(datagram))
+                        seen << QString::number(cmd->cseq) + ' ' + QString::fromUtf8(cmd->body);
+                    if (const auto config = veltor::parseWinbondConfig(datagram))
+                        seen << config->mac + ' ' + config->settings.ip;
+                }
+            }
+            return seen.size();
+        };
+        QTRY_COMPARE(collect(), sent.size());
+        QTest::qWait(100); // one datagram too many would show up here
+        collect();
+        QCOMPARE(seen, sent);
+        QFETCH(QString, message);
+        QCOMPARE(modals->texts, message.isEmpty() ? QStringList() : QStringList{message});
+    }
 
 private:
-    void search();
-    int rowOf(const QString &ip) const;
-    QString cell(int row, int column) const;
-    bool enabled(const char *name) const;
+    void search()
+    {
+        window->findChild<QPushButton *>(QStringLiteral("searchButton"))->click();
+        QTRY_COMPARE_WITH_TIMEOUT(table->rowCount(), fleet.size(), 10000);
+    }
+    void click(int row)
+    {
+        QMetaObject::invokeMethod(window, "mycellClickedIpConf", Q_ARG(int, row), Q_ARG(int, 1));
+    }
+    void submit(bool dhcp, const QStringList &values)
+    {
+        window->findChild<QCheckBox *>(QStringLiteral("dhcpCheckbox"))->setChecked(dhcp);
+        for (int i = 0; i < 5; ++i)
+            window->findChild<QLineEdit *>(kFormFields[i])->setText(values.value(i));
+        window->findChild<QPushButton *>(QStringLiteral("dhcpsubmit"))->click();
+    }
+    QStringList form() const
+    {
+        QStringList values;
+        for (const char *name : kFormFields)
+            values << window->findChild<QLineEdit *>(name)->text();
+        return values;
+    }
+    // A row's ip, mask, gateway, dns and port, in the form's order.
+    QStringList listedForm(int row) const
+    {
+        return {cell(row, 1), cell(row, 5), cell(row, 6), cell(row, 7), cell(row, 2)};
+    }
+    int rowOf(const QString &ip) const
+    {
+        const auto found = table->findItems(ip, Qt::MatchExactly);
+        return found.isEmpty() ? -1 : found.first()->row();
+    }
+    QString cell(int row, int column) const { return table->item(row, column)->text(); }
+    void expectEnabled(bool enabled, std::initializer_list<const char *> names)
+    {
+        for (const char *name : names)
+            QVERIFY2(window->findChild<QWidget *>(name)->isEnabled() == enabled, name);
+    }
 
     QVector<camsimfleet::Camera> fleet;
     MainWindow *window = nullptr;
     BoxRecorder *modals = nullptr;
     QTableWidget *table = nullptr;
 };
-
-void IpConfCamerasTest::initTestCase()
-{
-    CAMSIM_FLEET_OR_SKIP(fleet);
-    QCOMPARE(fleet.size(), 4);
-    QCOMPARE(fleet.first().password, kPassword);
-    qputenv("VELTOR_REBOOT_STEP_MS", "1");
-}
-
-void IpConfCamerasTest::init()
-{
-    window = new MainWindow;
-    modals = new BoxRecorder(window);
-    table = window->findChild<QTableWidget *>(QStringLiteral("tableWidgetSearch_2"));
-    const QString tool = qEnvironmentVariable("VELTOR_TOOL_IP");
-    window->findChild<QComboBox *>(QStringLiteral("wifiComboBox"))->setCurrentText(tool);
-    QCOMPARE(window->getNetwork(), tool);
-}
-
-void IpConfCamerasTest::cleanup()
-{
-    delete window;
-    window = nullptr;
-}
-
-void IpConfCamerasTest::search()
-{
-    window->findChild<QPushButton *>(QStringLiteral("searchButton"))->click();
-    QTRY_COMPARE_WITH_TIMEOUT(table->rowCount(), fleet.size(), 10000);
-}
-
-int IpConfCamerasTest::rowOf(const QString &ip) const
-{
-    for (int row = 0; row < table->rowCount(); ++row) {
-        if (cell(row, 1) == ip)
-            return row;
-    }
-    return -1;
-}
-
-QString IpConfCamerasTest::cell(int row, int column) const
-{
-    const QTableWidgetItem *item = table->item(row, column);
-    return item ? item->text() : QString();
-}
-
-bool IpConfCamerasTest::enabled(const char *name) const
-{
-    return window->findChild<QWidget *>(QLatin1String(name))->isEnabled();
-}
-
-void IpConfCamerasTest::changeSettings_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QStringList>("typed"); // ip, mask, gateway, dns
-    QTest::addColumn<QString>("port");
-    QTest::addColumn<QStringList>("listed"); // ip, mask, gateway, dns after the next search
-    QTest::addColumn<QStringList>("boxes");
-    QTest::addColumn<QString>("result");
-
-    const QString done = QStringLiteral("IP Configure");
-    const QString success = QStringLiteral("IP Config Successful! Please search again!");
-    // Cameras 0 and 1 take the change at once, web server included: the
-    // credentials can no longer be asked for at the old address by then.
-    // A Winbond reply carries the port in one byte: 81 survives the search.
-    QTest::newRow("winbond") << 0
-                             << QStringList{"10.78.0.21", "255.255.0.0", "10.78.0.1", "10.78.0.53"}
-                             << "81"
-                             << QStringList{"10.78.0.21", "255.255.0.0", "10.78.0.1", "10.78.0.53"}
-                             << QStringList{done} << success;
-    // The gateway outside the new /24 is moved into it.
-    QTest::newRow("haisi") << 1
-                           << QStringList{"10.78.0.22", "255.255.0.0", "10.78.9.1", "10.78.0.54"}
-                           << "8081"
-                           << QStringList{"10.78.0.22", "255.255.0.0", "10.78.0.1", "10.78.0.54"}
-                           << QStringList{"Camera rebooting", done} << success;
-    // Camera 3 accepts the credentials but ignores the change.
-    QTest::newRow("haisi ignoring it")
-        << 3 << QStringList{"10.78.0.24", "255.255.0.0", "10.78.0.1", "10.78.0.1"} << "80"
-        << QStringList{"10.78.0.14", "255.255.0.0", "10.78.0.1", "10.78.0.1"}
-        << QStringList{"Camera rebooting", done}
-        << "The camera was not seen with the new settings after N s: ip 10.78.0.14 (wanted "
-           "10.78.0.24)";
-}
-
-void IpConfCamerasTest::changeSettings()
-{
-    QFETCH(int, index);
-    QFETCH(QStringList, typed);
-    QFETCH(QString, port);
-    QFETCH(QStringList, listed);
-    QFETCH(QStringList, boxes);
-    const camsimfleet::Camera camera = fleet.at(index);
-    search();
-    const int row = rowOf(camera.ip);
-    QVERIFY(row >= 0);
-
-    // A wrong password keeps the dialog; the right one unlocks all three tabs.
-    modals->dialogActions << typeCredentials(camera.user, QStringLiteral("wrong"))
-                          << typeCredentials(camera.user, camera.password);
-    QMetaObject::invokeMethod(window, "mycellClickedIpConf", Q_ARG(int, row), Q_ARG(int, 1));
-    QCOMPARE(modals->dialogTitles, QStringList{"Authentication required"});
-    QCOMPARE(modals->texts, QStringList{"Your username or password is not correct!"});
-    for (const char *name : {"dhcpsubmit", "httpport", "updateSubmit", "viewFilesBtn"})
-        QVERIFY2(enabled(name), name);
-
-    modals->titles.clear();
-    modals->texts.clear();
-    fillForm(window, false, port, typed);
-    window->findChild<QPushButton *>(QStringLiteral("dhcpsubmit"))->click();
-    QTRY_COMPARE_WITH_TIMEOUT(modals->titles, boxes, 40000);
-    QVERIFY(!modals->texts.contains(QStringLiteral("Your request has failed, retry please!")));
-    QTEST(secondsAsN(modals->texts.last()), "result");
-    // Our own configuration broadcast comes back to us; it must not list a camera.
-    QCOMPARE(table->rowCount(), fleet.size());
-
-    search();
-    const int now = rowOf(listed.at(0));
-    QVERIFY2(now >= 0, "the camera is not listed where it should be");
-    QCOMPARE(cell(now, 3), camera.mac);
-    QCOMPARE(cell(now, 2), port);
-    QCOMPARE(cell(now, 4), QStringLiteral("off"));
-    QCOMPARE(QStringList({cell(now, 1), cell(now, 5), cell(now, 6), cell(now, 7)}), listed);
-
-    // Its web server is where the camera is.
-    camsimfleet::Camera there = camera;
-    there.ip = listed.at(0);
-    there.httpPort = port.toInt();
-    QCOMPARE(camsimfleet::fetchJson(there, QStringLiteral("/camsim/status"))
-                 .value(QStringLiteral("ip"))
-                 .toString(),
-             listed.at(0));
-}
-
-void IpConfCamerasTest::silentCameraUnlocksAfterTimeout()
-{
-    const camsimfleet::Camera camera = fleet.at(2);
-    search();
-    modals->dialogActions << typeCredentials(camera.user, camera.password);
-    QMetaObject::invokeMethod(window, "mycellClickedIpConf", Q_ARG(int, rowOf(camera.ip)),
-                              Q_ARG(int, 1));
-    QCOMPARE(modals->titles, QStringList{"Authentication"});
-    QCOMPARE(modals->texts, QStringList{"Timeout, username and password could not be checked"});
-    QVERIFY(enabled("dhcpsubmit"));
-}
 
 QTEST_MAIN(IpConfCamerasTest)
 #include "tst_ipconf_cameras.moc"

@@ -1,44 +1,11 @@
 #!/bin/bash
 # with-cameras.sh [--two-networks] [veltor-camsim options] -- COMMAND [ARGS...]
-#
-# Runs COMMAND with simulated cameras on a network of its own: COMMAND in a
-# private network namespace (the tool's side), veltor-camsim in a child
-# namespace (the cameras' side), the two joined by a veth pair:
-#
-#   tool side     v0  10.78.0.1/16, default route on v0
-#   camera side   v1  10.78.0.2/16 and one address per camera, default route on v1
-#
-# With --two-networks (first argument) the namespaces are joined by two pairs,
-# two networks the tool searches at once:
-#
-#   tool side     va0 10.79.0.1/16 (default route), vb0 10.80.0.1/16
-#   camera side   va1 10.79.0.2/16, vb1 10.80.0.2/16; a camera address in
-#                 10.80/16 lives on vb1, every other one on va1, so a camera
-#                 misconfigured onto a third subnet is still heard on va0
-#
-# and the simulator hears searches on both links (--every-link). Give it two
-# ranges, e.g. --base-ip 10.79.1.1 --base-ip 10.80.1.1.
-#
-# Broadcast, multicast and unicast all work across the pair, while nothing of
-# it reaches the host: with only "lo" in a namespace multicast sends and
-# broadcast replies fail, and on the host's own network the searches would
-# leave the machine and meet whatever else listens on 10000/8002.
-# Every camera gets an address of its own (--bind-each-ip is always passed),
-# so the tool's per-address state and each camera's web server behave as with
-# real cameras; a /16 holds a large fleet.
-#
-# COMMAND sees:
-#   VELTOR_CAMSIM_STATUS  JSON file describing the fleet ({"cameras": [...]})
-#   VELTOR_TOOL_IP        the tool side's (first) address, 10.78.0.1 or 10.79.0.1
-# Exit status: COMMAND's; 77 (ctest's skip code) with a message when network
-# namespaces cannot be made here; 2 for bad usage.
-#
-# The simulator is $VELTOR_CAMSIM, else build/camsim/veltor-camsim of this tree.
-
+# Runs COMMAND in a private network namespace, veltor-camsim ($VELTOR_CAMSIM,
+# --bind-each-ip) in a child one, joined by veth v0 10.78.0.1/16 - v1
+# 10.78.0.2/16 (--two-networks: va0/va1 10.79/16 and vb0/vb1 10.80/16, camera
+# addresses on the link of their /16). COMMAND gets VELTOR_CAMSIM_STATUS (the
+# fleet file) and VELTOR_TOOL_IP; exit 77 when no namespace can be made here.
 set -u
-readonly SKIP=77
-readonly PREFIX=16
-# One network per entry: tool side link, its address, camera side link, its address.
 if [[ ${1:-} == --two-networks || ${VELTOR_NETNS_NETWORKS:-} == 2 ]]; then
     [[ ${1:-} != --two-networks ]] || shift
     export VELTOR_NETNS_NETWORKS=2
@@ -47,96 +14,54 @@ else
     readonly NETWORKS=("v0 10.78.0.1 v1 10.78.0.2")
 fi
 read -r _ TOOL_IP _ _ <<<"${NETWORKS[0]}"
-readonly TOOL_IP
+camsim=${VELTOR_CAMSIM:-$(dirname "$0")/../../build/camsim/veltor-camsim}
 
-here=$(cd "$(dirname "$0")" && pwd)
-camsim=${VELTOR_CAMSIM:-$here/../../build/camsim/veltor-camsim}
-
-skip() {
-    echo "with-cameras: SKIP: $*" >&2
-    exit $SKIP
-}
-
-usage() {
-    echo "usage: $0 [veltor-camsim options] -- COMMAND [ARGS...]" >&2
-    exit 2
-}
+skip() { echo "with-cameras: SKIP: $*" >&2 && exit 77; }
 
 # Waits up to $2 seconds for file $1; gives up early when process $3 is gone.
 wait_for() {
-    local file=$1 tries=$(($2 * 20)) pid=${3:-}
-    while [[ ! -e $file ]]; do
+    local tries=$(($2 * 20))
+    while [[ ! -e $1 ]]; do
         ((tries-- > 0)) || return 1
-        [[ -z $pid ]] || kill -0 "$pid" 2>/dev/null || return 1
+        [[ -z ${3:-} ]] || kill -0 "$3" 2>/dev/null || return 1
         sleep 0.05
     done
 }
 
 split_arguments() {
-    camsim_args=()
-    command=()
-    local seen=0
-    for arg in "$@"; do
-        if ((seen)); then
-            command+=("$arg")
-        elif [[ $arg == -- ]]; then
-            seen=1
-        else
-            camsim_args+=("$arg")
-        fi
-    done
-    ((seen && ${#command[@]})) || usage
+    local i
+    for ((i = 1; i <= $#; i++)); do [[ ${!i} != -- ]] || break; done
+    camsim_args=("${@:1:i-1}") command=("${@:i+1}")
+    ((i <= $# && ${#command[@]})) || { echo "usage: $0 [veltor-camsim options] -- COMMAND [ARGS...]" >&2; exit 2; }
 }
 
-# Host side: enter a fresh network namespace (a user namespace too when not root).
-enter_tool_namespace() {
-    command -v unshare >/dev/null || skip "unshare(1) is not installed"
-    command -v ip >/dev/null || skip "ip(8) is not installed (Debian package iproute2)"
-    [[ -x $camsim ]] || { echo "with-cameras: no simulator at $camsim" >&2; exit 2; }
-    local flags=-n
-    ((EUID == 0)) || flags=-rn
-    unshare $flags true 2>/dev/null ||
-        skip "cannot create a network namespace (unshare $flags failed; user namespaces disabled?)"
-    VELTOR_NETNS_STAGE=tool VELTOR_CAMSIM=$camsim exec unshare $flags "$0" "$@"
-}
-
-# Brings up one end of every network: $1 is the field of the link names (0
-# tool side, 2 camera side). The first network carries the default route.
+# One end of every network: $1 is the link name's field (0 tool, 2 cameras).
+# The first network carries the default route.
 bring_up_links() {
-    local fields network link address
+    local f network
     for network in "${NETWORKS[@]}"; do
-        read -ra fields <<<"$network"
-        link=${fields[$1]} address=${fields[$1 + 1]}
-        ip link set "$link" up && ip addr add "$address/$PREFIX" dev "$link" || return 1
+        read -ra f <<<"$network"
+        ip link set "${f[$1]}" up && ip addr add "${f[$1 + 1]}/16" dev "${f[$1]}" || return 1
     done
-    read -ra fields <<<"${NETWORKS[0]}"
-    ip route add default dev "${fields[$1]}"
+    read -ra f <<<"${NETWORKS[0]}"
+    ip route add default dev "${f[$1]}"
 }
 
-# "addr add" lines for ip -batch: each camera address (once, when cameras
-# share one) on the camera-side link of the network whose /16 holds it.
-camera_address_batch() {
-    local address network fields link
-    sort -u "$1" | while read -r address; do
-        read -ra fields <<<"${NETWORKS[0]}"
-        link=${fields[2]}
-        for network in "${NETWORKS[@]}"; do
-            read -ra fields <<<"$network"
-            [[ ${address%.*.*} == "${fields[3]%.*.*}" ]] && link=${fields[2]}
-        done
-        echo "addr add $address/$PREFIX dev $link"
-    done
-}
-
-# Camera side: wait for the links, give every camera its address, run the fleet.
+# Camera side: each camera address once, on the link of the network holding it.
 run_cameras() {
-    local work=$VELTOR_NETNS_WORK every_link=()
+    local work=$VELTOR_NETNS_WORK every_link=() address network f link
     touch "$work/cameras-namespace"
     wait_for "$work/link-ready" 10 || exit 1
     ip link set lo up && bring_up_links 2 || exit 1
-    if [[ -s $work/addresses ]]; then
-        camera_address_batch "$work/addresses" | ip -batch - || exit 1
-    fi
+    sort -u "$work/addresses" | while read -r address; do
+        read -ra f <<<"${NETWORKS[0]}"
+        link=${f[2]}
+        for network in "${NETWORKS[@]}"; do
+            read -ra f <<<"$network"
+            [[ ${address%.*.*} == "${f[3]%.*.*}" ]] && link=${f[2]}
+        done
+        echo "addr add $address/16 dev $link"
+    done | ip -batch - || exit 1
     ((${#NETWORKS[@]} == 1)) || every_link=(--every-link)
     exec "$camsim" "$@" "${every_link[@]}" --bind-each-ip --status-file "$work/fleet.json"
 }
@@ -153,35 +78,27 @@ run_tool() {
     VELTOR_NETNS_STAGE=cameras VELTOR_NETNS_WORK=$work unshare -n "$0" "${camsim_args[@]}" &
     cameras_pid=$!
     wait_for "$work/cameras-namespace" 10 "$cameras_pid" || skip "the camera namespace did not start"
-    local network fields
+    local network f
     for network in "${NETWORKS[@]}"; do
-        read -ra fields <<<"$network"
-        ip link add "${fields[0]}" type veth peer name "${fields[2]}" netns "$cameras_pid" \
-            2>/dev/null || skip "cannot create a veth pair here"
+        read -ra f <<<"$network"
+        ip link add "${f[0]}" type veth peer name "${f[2]}" netns "$cameras_pid" 2>/dev/null ||
+            skip "cannot create a veth pair here"
     done
     bring_up_links 0 || exit 1
-    # A camera answering from another network's address (a misconfigured one, or
-    # one answering the searcher) comes in on a link its address is not routed
-    # through; strict reverse-path filtering would drop it.
-    if ((${#NETWORKS[@]} > 1)); then
-        for network in all default "${NETWORKS[@]%% *}"; do
-            sysctl -qw "net.ipv4.conf.$network.rp_filter=0" 2>/dev/null
-        done
-    fi
+    # A camera answering from another network's address comes in on a link its
+    # address is not routed through; strict reverse-path filtering would drop it.
+    for network in all default "${NETWORKS[@]%% *}"; do
+        ((${#NETWORKS[@]} == 1)) || sysctl -qw "net.ipv4.conf.$network.rp_filter=0" 2>/dev/null
+    done
     touch "$work/link-ready"
-    if ! wait_for "$work/fleet.json" 120 "$cameras_pid"; then
-        echo "with-cameras: the simulator did not get ready" >&2
-        exit 1
-    fi
+    wait_for "$work/fleet.json" 120 "$cameras_pid" ||
+        { echo "with-cameras: the simulator did not get ready" >&2; exit 1; }
     VELTOR_CAMSIM_STATUS=$work/fleet.json VELTOR_TOOL_IP=$TOOL_IP "${command[@]}"
 }
 
 cleanup() {
     local status=$?
-    if [[ -n $cameras_pid ]] && kill -0 "$cameras_pid" 2>/dev/null; then
-        kill "$cameras_pid" 2>/dev/null
-        wait "$cameras_pid" 2>/dev/null
-    fi
+    [[ -z $cameras_pid ]] || { kill "$cameras_pid" && wait "$cameras_pid"; } 2>/dev/null
     rm -rf "$work"
     exit $status
 }
@@ -191,6 +108,11 @@ tool) run_tool "$@" ;;
 cameras) run_cameras "$@" ;;
 *)
     split_arguments "$@"
-    enter_tool_namespace "$@"
+    command -v unshare >/dev/null && command -v ip >/dev/null || skip "unshare(1) or ip(8) missing"
+    [[ -x $camsim ]] || { echo "with-cameras: no simulator at $camsim" >&2; exit 2; }
+    flags=-n
+    ((EUID == 0)) || flags=-rn
+    unshare $flags true 2>/dev/null || skip "cannot create a network namespace (unshare $flags)"
+    VELTOR_NETNS_STAGE=tool VELTOR_CAMSIM=$camsim exec unshare $flags "$0" "$@"
     ;;
 esac

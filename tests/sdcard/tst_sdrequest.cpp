@@ -16,11 +16,13 @@
 
 namespace {
 
+constexpr qint64 kLimit = 8 * 1024 * 1024;
+
 // Accepts one connection on a free loopback port, reads the request and sends
-// an answer with `bodyBytes` bytes of body as fast as the peer takes them.
-class BlurtingCamera
+// `head` and `bodyBytes` bytes of body from a thread of its own, as fast as
+// the peer takes them.
+struct BlurtingCamera
 {
-public:
     explicit BlurtingCamera(qint64 bodyBytes, const QByteArray &head = "HTTP/1.1 200 OK\r\n")
     {
         listener = socket(AF_INET, SOCK_STREAM, 0);
@@ -31,8 +33,18 @@ public:
         bind(listener, reinterpret_cast<sockaddr *>(&address), length);
         listen(listener, 1);
         getsockname(listener, reinterpret_cast<sockaddr *>(&address), &length);
-        port = ntohs(address.sin_port);
-        worker = std::thread([this, bodyBytes, head] { serve(bodyBytes, head); });
+        url = QUrl(QStringLiteral("http://127.0.0.1:%1/sd/").arg(ntohs(address.sin_port)));
+        const QByteArray answer = head + "Content-Length: " + QByteArray::number(bodyBytes) +
+                                  "\r\nConnection: close\r\n\r\n" + QByteArray(int(bodyBytes), 'a');
+        worker = std::thread([this, answer] {
+            const int peer = accept(listener, nullptr, nullptr);
+            char request[4096];
+            recv(peer, request, sizeof request, 0);
+            for (qint64 sent = 0, n = 1; sent < answer.size() && n > 0; sent += n)
+                n = send(peer, answer.constData() + sent, size_t(answer.size() - sent),
+                         MSG_NOSIGNAL);
+            close(peer);
+        });
     }
     ~BlurtingCamera()
     {
@@ -40,27 +52,7 @@ public:
         close(listener);
     }
 
-    quint16 port = 0;
-
-private:
-    void serve(qint64 bodyBytes, const QByteArray &head)
-    {
-        const int peer = accept(listener, nullptr, nullptr);
-        char request[4096];
-        recv(peer, request, sizeof request, 0);
-        QByteArray answer = head + "Content-Length: " + QByteArray::number(bodyBytes) +
-                            "\r\nConnection: close\r\n\r\n";
-        answer += QByteArray(int(bodyBytes), 'a');
-        for (qint64 sent = 0; sent < answer.size();) {
-            const ssize_t n =
-                send(peer, answer.constData() + sent, size_t(answer.size() - sent), MSG_NOSIGNAL);
-            if (n <= 0)
-                break;
-            sent += n;
-        }
-        close(peer);
-    }
-
+    QUrl url;
     int listener = -1;
     std::thread worker;
 };
@@ -72,58 +64,46 @@ class TestSdRequest : public QObject
     Q_OBJECT
 
 private slots:
-    void bodyLimit_data();
-    void bodyLimit();
-    void redirectIsTheAnswer_data();
-    void redirectIsTheAnswer();
+    void bodyLimit_data()
+    {
+        QTest::addColumn<qint64>("bodyBytes");
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("at the limit") << kLimit << true;
+        QTest::newRow("one byte over") << kLimit + 1 << false;
+        QTest::newRow("twice the limit") << 2 * kLimit << false;
+    }
+    void bodyLimit()
+    {
+        QFETCH(qint64, bodyBytes);
+        QFETCH(bool, accepted);
+        BlurtingCamera camera(bodyBytes);
+        QNetworkAccessManager manager;
+        std::unique_ptr<QNetworkReply> reply(veltor::sdGet(&manager, camera.url, 10000, kLimit));
+        QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 15000);
+        QCOMPARE(reply->error() == QNetworkReply::NoError, accepted);
+        QCOMPARE(reply->property(veltor::kSdTooLongProperty).toBool(), !accepted);
+        if (accepted)
+            QCOMPARE(reply->readAll().size(), bodyBytes);
+    }
+    void redirectIsTheAnswer_data()
+    {
+        QTest::addColumn<bool>("credentialCheck");
+        QTest::newRow("SD request") << false;
+        QTest::newRow("credential check") << true;
+    }
+    // The camera takes one connection only: a followed redirect would never finish.
+    void redirectIsTheAnswer()
+    {
+        QFETCH(bool, credentialCheck);
+        BlurtingCamera camera(0, "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\n");
+        QNetworkAccessManager manager;
+        std::unique_ptr<QNetworkReply> reply(
+            credentialCheck ? veltor::getOutcomeOnly(&manager, QNetworkRequest(camera.url))
+                            : veltor::sdGet(&manager, camera.url, 10000, 1024));
+        QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 15000);
+        QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), 302);
+    }
 };
-
-void TestSdRequest::bodyLimit_data()
-{
-    constexpr qint64 kLimit = 8 * 1024 * 1024;
-    QTest::addColumn<qint64>("bodyBytes");
-    QTest::addColumn<bool>("accepted");
-    QTest::newRow("at the limit") << kLimit << true;
-    QTest::newRow("one byte over") << kLimit + 1 << false;
-    QTest::newRow("twice the limit") << 2 * kLimit << false;
-}
-
-void TestSdRequest::bodyLimit()
-{
-    QFETCH(qint64, bodyBytes);
-    QFETCH(bool, accepted);
-    BlurtingCamera camera(bodyBytes);
-    QNetworkAccessManager manager;
-    QNetworkReply *reply =
-        veltor::sdGet(&manager, QUrl(QStringLiteral("http://127.0.0.1:%1/sd/").arg(camera.port)),
-                      10000, 8 * 1024 * 1024);
-    QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 15000);
-    QCOMPARE(reply->error() == QNetworkReply::NoError, accepted);
-    if (accepted)
-        QCOMPARE(reply->readAll().size(), bodyBytes);
-    delete reply;
-}
-
-void TestSdRequest::redirectIsTheAnswer_data()
-{
-    QTest::addColumn<bool>("credentialCheck");
-    QTest::newRow("SD request") << false;
-    QTest::newRow("credential check") << true;
-}
-
-// The camera takes one connection only: a followed redirect would never finish.
-void TestSdRequest::redirectIsTheAnswer()
-{
-    QFETCH(bool, credentialCheck);
-    BlurtingCamera camera(0, "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\n");
-    QNetworkAccessManager manager;
-    const QUrl url(QStringLiteral("http://127.0.0.1:%1/sd/").arg(camera.port));
-    QNetworkReply *reply = credentialCheck ? veltor::getOutcomeOnly(&manager, QNetworkRequest(url))
-                                           : veltor::sdGet(&manager, url, 10000, 1024);
-    QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 15000);
-    QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), 302);
-    delete reply;
-}
 
 QTEST_GUILESS_MAIN(TestSdRequest)
 #include "tst_sdrequest.moc"
