@@ -1,4 +1,5 @@
 #include "netconf/configmessages.h"
+#include "netconf/configparse.h"
 #include "netconf/submitchecks.h"
 #include "netconf/submitmessages.h"
 
@@ -114,6 +115,80 @@ private slots:
                  QByteArray::fromHex("4d4f5f4902000000000000000000003d0000003d00000000000000") +
                      field("000A1b2C3D4E") + field("\xc3\xa4\x64min") + field("123456789012"));
         QTEST(datagram.mid(66).toHex(), "addressesAndPort");
+    }
+    // What the cameras (and the simulator) read back from our datagrams; "-" is refused.
+    void parseBack_data()
+    {
+        QTest::addColumn<QByteArray>("datagram");
+        QTest::addColumn<QString>("parsed");
+        const QByteArray hds = veltor::hdsCmdRequest(7, "admin", "pw", "D", "netconf set -dhcp on");
+        const QByteArray wb =
+            veltor::winbondConfigDatagram(kMac, "ädmin", "p&#w", form({"port=8080"}));
+        QTest::newRow("hds") << hds << "7 admin:pw D on";
+        QTest::newRow("hds static")
+            << veltor::hdsCmdRequest(1, "a", "b", "D", veltor::netconfBody(form(), kMac))
+            << "1 a:b D 192.168.1.20 " + QString(kMac);
+        QTest::newRow("hds port") << veltor::hdsCmdRequest(2, "a", "b", "D",
+                                                           "httpport set -httpport 81")
+                                  << "2 a:b D port 81";
+        for (const char *bad : {"httpport set -httpport", "reboot set -now 1",
+                                "netconf set -dhcp off", "netconf set -dhcp maybe"})
+            QTest::newRow(bad) << veltor::hdsCmdRequest(3, "a", "b", "D", bad) << "3 a:b D -";
+        QTest::newRow("empty") << QByteArray() << "-";
+        QTest::newRow("search") << QByteArray("SEARCH * HDS/1.0\r\nCSeq:0\r\n\r\n") << "-";
+        QTest::newRow("no blank line") << hds.left(hds.indexOf("\r\n\r\n")) << "-";
+        QTest::newRow("body cut") << hds.chopped(1) << "-";
+        QTest::newRow("body longer") << hds + "x"
+                                     << "-";
+        QTest::newRow("no login") << QByteArray(
+                                         "CMD * HDS/1.0\r\nCSeq:1\r\nContent-Length:0\r\n\r\n")
+                                  << "-";
+        QTest::newRow("not basic") << QByteArray(hds).replace("Basic ", "Digest") << "-";
+        QTest::newRow("bad cseq") << QByteArray(hds).replace("CSeq:7", "CSeq:x") << "-";
+        QTest::newRow("winbond")
+            << wb << "000A1b2C3D4E ädmin:p&#w 192.168.1.20 255.255.255.0 192.168.1.1 8.8.8.8 8080";
+        QTest::newRow("winbond cut") << wb.chopped(1) << "-";
+        QTest::newRow("winbond magic") << QByteArray(wb).replace(0, 4, "MO_X") << "-";
+        QTest::newRow("winbond not config") << QByteArray(wb).replace(4, 1, "\x01") << "-";
+    }
+    void parseBack()
+    {
+        QFETCH(QByteArray, datagram);
+        QString parsed = "-";
+        if (const auto cmd = veltor::parseHdsCmd(datagram)) {
+            const auto c = veltor::parseCameraCommand(cmd->body);
+            const QString what = !c ? "-"
+                                 : c->kind == veltor::CameraCommand::HttpPort
+                                     ? "port " + c->settings.port
+                                 : c->settings.dhcp ? "on"
+                                                    : c->settings.ip + ' ' + c->mac;
+            parsed = QString("%1 %2:%3 %4 %5")
+                         .arg(cmd->cseq)
+                         .arg(cmd->user, cmd->password, cmd->deviceId, what);
+        } else if (const auto w = veltor::parseWinbondConfig(datagram)) {
+            const NetworkSettings &s = w->settings;
+            parsed =
+                QStringList{w->mac, w->user + ':' + w->password, s.ip, s.subnet, s.gateway, s.dns,
+                            s.port}
+                    .join(' ');
+        }
+        QTEST(parsed, "parsed");
+    }
+    void winbondToHex_data()
+    {
+        for (const char *column : {"value", "key", "hex"})
+            QTest::addColumn<QString>(column);
+        row("ip", {" 192.168.1.10 ", "ip", "c0a8010a"});
+        row("subnet", {"255.255.255.0", "subnet", "ffffff00"});
+        row("port is one byte", {"80", "port", "50"});
+        row("mac", {"00:0A:1B:2C:3D:4E", "mac", "000A1B2C3D4E"});
+        row("name", {"Cam1", "name", ""});
+    }
+    void winbondToHex()
+    {
+        QFETCH(QString, value);
+        QFETCH(QString, key);
+        QTEST(QString(veltor::winbondToHex(value, key)), "hex");
     }
     void submitChecks_data()
     {
