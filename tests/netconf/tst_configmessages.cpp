@@ -157,11 +157,11 @@ private slots:
         QString parsed = "-";
         if (const auto cmd = veltor::parseHdsCmd(datagram)) {
             const auto c = veltor::parseCameraCommand(cmd->body);
-            const QString what = !c ? "-"
-                                 : c->kind == veltor::CameraCommand::HttpPort
-                                     ? "port " + c->settings.port
-                                 : c->settings.dhcp ? "on"
-                                                    : c->settings.ip + ' ' + c->mac;
+            QString what = "-";
+            if (c && c->kind == veltor::CameraCommand::HttpPort)
+                what = "port " + c->settings.port;
+            else if (c)
+                what = c->settings.dhcp ? QString("on") : c->settings.ip + ' ' + c->mac;
             parsed = QString("%1 %2:%3 %4 %5")
                          .arg(cmd->cseq)
                          .arg(cmd->user, cmd->password, cmd->deviceId, what);
