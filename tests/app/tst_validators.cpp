@@ -10,20 +10,18 @@ private slots:
     void textChecks_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>(
-            "accepted"); // by checkIp (and the like), checkPort, isNum, isAddr
+        // by checkIp (and the like), checkPort, isNum, isAddr
+        QTest::addColumn<QString>("accepted");
         const auto row = [](const char *tag, const QString &text, const char *accepted) {
             QTest::newRow(tag) << text << QString(accepted);
         };
         row("address", "192.168.1.20", "ip addr");
-        row("one leading zero", "01.2.3.4", "ip addr");
         row("two leading zeros", "001.2.3.4", "ip addr");
         row("all 255", "255.255.255.255", "ip addr");
         row("part above 255", "256.1.1.1", "addr");
         row("three parts", "1.2.3", "addr");
         row("five parts", "1.2.3.4.5", "addr");
         row("empty part", "1..2.3", "addr");
-        row("trailing blank", "1.2.3.4 ", "");
         row("trailing newline", "1.2.3.4\n", "");
         row("empty", "", "num addr");
         row("port zero", "0", "port num addr");

@@ -12,10 +12,8 @@ from collections import defaultdict
 CALL = re.compile(r'^\d+\s+(?:write|pwrite64|writev|pwritev|pwritev2)\(\d+<([^>]*)>, (.*)\)\s+=\s+\d+')
 DATA = re.compile(r'"((?:\\x[0-9a-f]{2})*)"')
 
-
 def unescape(text):  # strace -xx writes every byte, of paths too, as \xHH
     return bytes.fromhex(text.replace('\\x', ''))
-
 
 def main(user, password, _, *command):
     if subprocess.run(['strace', '-f', '-qq', '-e', 'trace=none', '-o', '/dev/null', 'true'],
@@ -42,7 +40,6 @@ def main(user, password, _, *command):
     for path, needle in leaks:
         print(f'credential scan: FOUND {needle!r} in bytes written to {path}')
     return 1 if leaks else status
-
 
 if __name__ == '__main__':
     sys.exit(main(*sys.argv[1:]))

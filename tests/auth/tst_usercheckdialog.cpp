@@ -13,28 +13,23 @@
 
 using namespace veltor::camsim;
 
-namespace {
-
 // Everything the code under test writes to the debug log.
-QStringList logged;
-QtMessageHandler previousHandler = nullptr;
-
-void recordMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
-{
-    logged << text;
-    if (previousHandler)
-        previousHandler(type, context, text);
-}
-
-} // namespace
+static QStringList logged;
+static QtMessageHandler previousHandler = nullptr;
 
 class UserCheckDialogTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { previousHandler = qInstallMessageHandler(recordMessage); }
-    void cleanupTestCase() { qInstallMessageHandler(previousHandler); }
+    void initTestCase()
+    {
+        previousHandler = qInstallMessageHandler(
+            [](QtMsgType type, const QMessageLogContext &at, const QString &text) {
+                logged << text;
+                previousHandler(type, at, text);
+            });
+    }
     void check_data()
     {
         QTest::addColumn<QString>("family");

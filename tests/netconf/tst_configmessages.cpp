@@ -5,7 +5,7 @@
 
 #include <QtTest>
 
-using veltor::NetworkSettings;
+using namespace veltor;
 
 Q_DECLARE_METATYPE(veltor::NetworkSettings)
 
@@ -19,14 +19,10 @@ NetworkSettings form(const QStringList &changes = {})
     NetworkSettings s{"192.168.1.20", "255.255.255.0", "192.168.1.1", "8.8.8.8", "80", false};
     for (const QString &change : changes) {
         const QString key = change.section('=', 0, 0), value = change.section('=', 1);
-        if (key == "dhcp")
-            s.dhcp = value == "1";
-        else
-            *(key == "ip"        ? &s.ip
-              : key == "subnet"  ? &s.subnet
-              : key == "gateway" ? &s.gateway
-              : key == "dns"     ? &s.dns
-                                 : &s.port) = value;
+        const int at = QStringList{"ip", "subnet", "gateway", "dns", "port"}.indexOf(key);
+        if (at >= 0)
+            *QList<QString *>{&s.ip, &s.subnet, &s.gateway, &s.dns, &s.port}[at] = value;
+        s.dhcp = s.dhcp || change == "dhcp=1";
     }
     return s;
 }
@@ -46,34 +42,15 @@ class ConfigMessagesTest : public QObject
     Q_OBJECT
 
 private slots:
-    void hdsRequest_data()
-    {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<QByteArray>("expected");
-        // `tail`: the Authorization value, '#', the body's length.
-        const auto row = [](const char *tag, quint32 cseq, const char *user, const char *password,
-                            const QByteArray &body, const QByteArray &tail) {
-            const int hash = tail.indexOf('#');
-            QTest::newRow(tag) << veltor::hdsCmdRequest(cseq, user, password, "DEV1", body)
-                               << "CMD * HDS/1.0\r\nCSeq:" + QByteArray::number(cseq) +
-                                      "\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
-                                      "Accept-Type:text/HDP\r\nAuthorization:Basic " +
-                                      tail.left(hash) +
-                                      "\r\nDevice-ID:DEV1\r\nContent-Length:" + tail.mid(hash + 1) +
-                                      "\r\n\r\n" + body;
-        };
-        row("dhcp on", 0, "admin", "secret", veltor::netconfBody(form({"dhcp=1"}), kMac),
-            "admin:secret#20");
-        row("dhcp off", 1, "admin", "", veltor::netconfBody(form(), kMac), "admin:#128");
-        row("port", 2, "admin", "a:b", veltor::httpPortBody("8080"), "admin:a:b#27");
-        // Content-Length counts bytes: "ü" is two of them.
-        row("non-ascii", 4294967295u, "jürgen", "pässwort", "httpport set -httpport \xc3\xbc",
-            "j\xc3\xbcrgen:p\xc3\xa4sswort#25");
-    }
+    // The exact request the cameras take; Content-Length counts bytes ("ü" is two).
     void hdsRequest()
     {
-        QFETCH(QByteArray, request);
-        QTEST(request, "expected");
+        QCOMPARE(
+            hdsCmdRequest(4294967295u, "jürgen", "pässwort", "DEV1",
+                          "httpport set -httpport \xc3\xbc"),
+            "CMD * HDS/1.0\r\nCSeq:4294967295\r\nClient-ID:TzLqRbHwXeNcKvUaPmYdGsJoFiWnBhVr\r\n"
+            "Accept-Type:text/HDP\r\nAuthorization:Basic j\xc3\xbcrgen:p\xc3\xa4sswort\r\n"
+            "Device-ID:DEV1\r\nContent-Length:25\r\n\r\nhttpport set -httpport \xc3\xbc");
     }
     void gatewayAdjustment_data()
     {
@@ -90,8 +67,7 @@ private slots:
         QFETCH(QString, ip);
         QFETCH(QString, gateway);
         QFETCH(QString, sent);
-        QCOMPARE(veltor::adjustGateway(ip, gateway), sent);
-        QCOMPARE(veltor::netconfBody(form({"ip=" + ip, "gateway=" + gateway}), kMac),
+        QCOMPARE(netconfBody(form({"ip=" + ip, "gateway=" + gateway}), kMac),
                  "netconf set -dhcp off -ipaddr " + ip.toUtf8() + " -netmask 255.255.255.0 " +
                      "-gateway " + sent.toUtf8() + " -hwaddr " + kMac + " -fdnsip 8.8.8.8");
     }
@@ -108,8 +84,7 @@ private slots:
     void winbondDatagram()
     {
         QFETCH(NetworkSettings, settings);
-        const QByteArray datagram =
-            veltor::winbondConfigDatagram(kMac, "ädmin", "123456789012", settings);
+        const QByteArray datagram = winbondConfigDatagram(kMac, "ädmin", "123456789012", settings);
         const auto field = [](const QByteArray &text) { return text.leftJustified(13, '\0'); };
         QCOMPARE(datagram.left(66),
                  QByteArray::fromHex("4d4f5f4902000000000000000000003d0000003d00000000000000") +
@@ -121,58 +96,55 @@ private slots:
     {
         QTest::addColumn<QByteArray>("datagram");
         QTest::addColumn<QString>("parsed");
-        const QByteArray hds = veltor::hdsCmdRequest(7, "admin", "pw", "D", "netconf set -dhcp on");
-        const QByteArray wb =
-            veltor::winbondConfigDatagram(kMac, "ädmin", "p&#w", form({"port=8080"}));
-        QTest::newRow("hds") << hds << "7 admin:pw D on";
-        QTest::newRow("hds static")
-            << veltor::hdsCmdRequest(1, "a", "b", "D", veltor::netconfBody(form(), kMac))
-            << "1 a:b D 192.168.1.20 " + QString(kMac);
-        QTest::newRow("hds port") << veltor::hdsCmdRequest(2, "a", "b", "D",
-                                                           "httpport set -httpport 81")
-                                  << "2 a:b D port 81";
+        const QByteArray hds =
+            hdsCmdRequest(7, "admin", "", "D", netconfBody(form({"dhcp=1"}), kMac));
+        const QByteArray wb = winbondConfigDatagram(kMac, "ädmin", "p&#w", form({"port=8080"}));
+        const auto row = [](const char *tag, const QByteArray &datagram,
+                            const QString &parsed = "-") {
+            QTest::newRow(tag) << datagram << parsed;
+        };
+        row("hds", hds, "7 admin: D on");
+        row("hds static", hdsCmdRequest(1, "a", "b", "D", netconfBody(form(), kMac)),
+            "1 a:b D 192.168.1.20 " + QString(kMac));
+        row("port", hdsCmdRequest(2, "ä", "a:b", "D", httpPortBody("8080")), "2 ä:a:b D port 8080");
         for (const char *bad : {"httpport set -httpport", "reboot set -now 1",
                                 "netconf set -dhcp off", "netconf set -dhcp maybe"})
-            QTest::newRow(bad) << veltor::hdsCmdRequest(3, "a", "b", "D", bad) << "3 a:b D -";
-        QTest::newRow("empty") << QByteArray() << "-";
-        QTest::newRow("search") << QByteArray("SEARCH * HDS/1.0\r\nCSeq:0\r\n\r\n") << "-";
-        QTest::newRow("no blank line") << hds.left(hds.indexOf("\r\n\r\n")) << "-";
-        QTest::newRow("body cut") << hds.chopped(1) << "-";
-        QTest::newRow("body longer") << hds + "x"
-                                     << "-";
-        QTest::newRow("no login") << QByteArray(
-                                         "CMD * HDS/1.0\r\nCSeq:1\r\nContent-Length:0\r\n\r\n")
-                                  << "-";
-        QTest::newRow("not basic") << QByteArray(hds).replace("Basic ", "Digest") << "-";
-        QTest::newRow("bad cseq") << QByteArray(hds).replace("CSeq:7", "CSeq:x") << "-";
-        QTest::newRow("winbond")
-            << wb << "000A1b2C3D4E ädmin:p&#w 192.168.1.20 255.255.255.0 192.168.1.1 8.8.8.8 8080";
-        QTest::newRow("winbond cut") << wb.chopped(1) << "-";
-        QTest::newRow("winbond magic") << QByteArray(wb).replace(0, 4, "MO_X") << "-";
-        QTest::newRow("winbond not config") << QByteArray(wb).replace(4, 1, "\x01") << "-";
+            row(bad, hdsCmdRequest(3, "a", "b", "D", bad), "3 a:b D -");
+        row("empty", QByteArray());
+        row("search", "SEARCH * HDS/1.0\r\nCSeq:0\r\n\r\n");
+        row("no blank line", hds.left(hds.indexOf("\r\n\r\n")));
+        row("body cut", hds.chopped(1));
+        row("body longer", hds + "x");
+        row("no login", "CMD * HDS/1.0\r\nCSeq:1\r\nContent-Length:0\r\n\r\n");
+        row("not basic", QByteArray(hds).replace("Basic ", "Digest"));
+        row("bad cseq", QByteArray(hds).replace("CSeq:7", "CSeq:x"));
+        row("winbond", wb,
+            "000A1b2C3D4E ädmin:p&#w 192.168.1.20 255.255.255.0 192.168.1.1 8.8.8.8 8080");
+        row("winbond cut", wb.chopped(1));
+        row("winbond magic", QByteArray(wb).replace(0, 4, "MO_X"));
+        row("winbond not config", QByteArray(wb).replace(4, 1, "\x01"));
     }
     void parseBack()
     {
         QFETCH(QByteArray, datagram);
-        QString parsed = "-";
-        if (const auto cmd = veltor::parseHdsCmd(datagram)) {
-            const auto c = veltor::parseCameraCommand(cmd->body);
-            QString what = "-";
-            if (c && c->kind == veltor::CameraCommand::HttpPort)
-                what = "port " + c->settings.port;
-            else if (c)
-                what = c->settings.dhcp ? QString("on") : c->settings.ip + ' ' + c->mac;
-            parsed = QString("%1 %2:%3 %4 %5")
-                         .arg(cmd->cseq)
-                         .arg(cmd->user, cmd->password, cmd->deviceId, what);
-        } else if (const auto w = veltor::parseWinbondConfig(datagram)) {
+        QStringList parsed{"-"};
+        if (const auto cmd = parseHdsCmd(datagram)) {
+            const auto c = parseCameraCommand(cmd->body);
+            parsed = QStringList{QString::number(cmd->cseq), cmd->user + ':' + cmd->password,
+                                 cmd->deviceId};
+            if (!c)
+                parsed << "-";
+            else if (c->kind == CameraCommand::HttpPort)
+                parsed << "port" << c->settings.port;
+            else
+                parsed << (c->settings.dhcp ? QStringList{"on"}
+                                            : QStringList{c->settings.ip, c->mac});
+        } else if (const auto w = parseWinbondConfig(datagram)) {
             const NetworkSettings &s = w->settings;
-            parsed =
-                QStringList{w->mac, w->user + ':' + w->password, s.ip, s.subnet, s.gateway, s.dns,
-                            s.port}
-                    .join(' ');
+            parsed = QStringList{
+                w->mac, w->user + ':' + w->password, s.ip, s.subnet, s.gateway, s.dns, s.port};
         }
-        QTEST(parsed, "parsed");
+        QTEST(parsed.join(' '), "parsed");
     }
     void winbondToHex_data()
     {
@@ -195,48 +167,44 @@ private slots:
         QTest::addColumn<QString>("family");
         QTest::addColumn<QStringList>("changes");
         QTest::addColumn<int>("step");
-        const auto row = [](const char *tag, const char *family, const QStringList &changes,
-                            int step) { QTest::newRow(tag) << QString(family) << changes << step; };
         const char *W = "Winbond", *H = "Haisi";
-        row("all good", W, {}, 0);
-        row("empty port is 0", W, {"port="}, 0);
-        row("1 minus sign", W, {"port=-1"}, 1);
-        row("1 letter", H, {"dhcp=1", "port=8o"}, 1);
-        row("1 before 4", H, {"port=x", "ip=1.2.3"}, 1);
-        row("2 65536", W, {"port=65536"}, 2);
-        row("too long for int", W, {"port=99999999999"}, 0);
-        row("4 three parts", H, {"ip=1.2.3"}, 4);
-        row("4 empty, dhcp on", W, {"dhcp=1", "ip="}, 4);
-        row("5 subnet", H, {"subnet=255.255.0"}, 5);
-        row("6 gateway", H, {"gateway=gw"}, 6);
-        row("7 dns", H, {"dns=8.8.8.8."}, 7);
-        row("8 ip 256", W, {"ip=256.1.1.1"}, 8);
-        row("9 subnet", W, {"subnet=255.255.256.0"}, 9);
-        row("10 gateway", W, {"gateway=1.1.1.300"}, 10);
-        row("11 dns", W, {"dns=999.8.8.8"}, 11);
-        row("8 before 11", W, {"ip=1.1.1.256", "dns=9.9.9.999"}, 8);
-        row("haisi takes 300", H, {"ip=300.1.1.1"}, 0);
-        row("winbond dhcp skips range", W, {"dhcp=1", "ip=300.1.1.1"}, 0);
-        row("unknown family skips range", "", {"ip=300.1.1.1"}, 0);
+        QTest::newRow("all good") << W << QStringList{} << 0;
+        QTest::newRow("empty port is 0") << W << QStringList{"port="} << 0;
+        QTest::newRow("1 minus sign") << W << QStringList{"port=-1"} << 1;
+        QTest::newRow("1 letter") << H << QStringList{"dhcp=1", "port=8o"} << 1;
+        QTest::newRow("1 before 4") << H << QStringList{"port=x", "ip=1.2.3"} << 1;
+        QTest::newRow("2 65536") << W << QStringList{"port=65536"} << 2;
+        QTest::newRow("too long for int") << W << QStringList{"port=99999999999"} << 0;
+        QTest::newRow("4 three parts") << H << QStringList{"ip=1.2.3"} << 4;
+        QTest::newRow("4 empty, dhcp on") << W << QStringList{"dhcp=1", "ip="} << 4;
+        QTest::newRow("5 subnet") << H << QStringList{"subnet=255.255.0"} << 5;
+        QTest::newRow("6 gateway") << H << QStringList{"gateway=gw"} << 6;
+        QTest::newRow("7 dns") << H << QStringList{"dns=8.8.8.8."} << 7;
+        QTest::newRow("9 subnet") << W << QStringList{"subnet=255.255.256.0"} << 9;
+        QTest::newRow("10 gateway") << W << QStringList{"gateway=1.1.1.300"} << 10;
+        QTest::newRow("11 dns") << W << QStringList{"dns=999.8.8.8"} << 11;
+        QTest::newRow("8 before 11") << W << QStringList{"ip=1.1.1.256", "dns=9.9.9.999"} << 8;
+        QTest::newRow("haisi takes 300") << H << QStringList{"ip=300.1.1.1"} << 0;
+        QTest::newRow("winbond dhcp skips range")
+            << W << QStringList{"dhcp=1", "ip=300.1.1.1"} << 0;
+        QTest::newRow("unknown family skips range") << "" << QStringList{"ip=300.1.1.1"} << 0;
     }
     void submitChecks()
     {
         QFETCH(QString, family);
         QFETCH(QStringList, changes);
         QFETCH(int, step);
-        const veltor::SubmitCheck check = veltor::firstFailedCheck(form(changes), family);
+        const SubmitCheck check = firstFailedCheck(form(changes), family);
         QCOMPARE(int(check), step);
         const QStringList messages =
             QStringLiteral(
                 "|Port invalid|Port needs to be a value in range of 0-65535|Port needs to be a "
-                "value in "
-                "range of 0-65535|Ip-address has a wrong format|Subnet has a wrong format|Gateway "
-                "has "
-                "a wrong format|DNS has a wrong format|Ip-address has invalid "
-                "values|Subnet-address has "
-                "invalid values|Gateway-address has invalid values|DNS-address has invalid values")
+                "value in range of 0-65535|Ip-address has a wrong format|Subnet has a wrong "
+                "format|Gateway has a wrong format|DNS has a wrong format|Ip-address has "
+                "invalid values|Subnet-address has invalid values|Gateway-address has "
+                "invalid values|DNS-address has invalid values")
                 .split('|');
-        QCOMPARE(veltor::submitCheckMessage(check), messages.value(step));
+        QCOMPARE(submitCheckMessage(check), messages.value(step));
     }
 };
 
