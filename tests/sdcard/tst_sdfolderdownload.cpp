@@ -2,11 +2,9 @@
 // simulated camera on loopback: what a hostile or failing camera cannot make
 // it do (write outside the target, leave half files, replace a file with a
 // partial one, show the password).
-#include "camsim/features.h"
-#include "camsim/simcamera.h"
 #include "sdcard/sdfolderdownload.h"
 
-#include "camsimfleet.h"
+#include "../update/loopcamera.h"
 #include "filehashes.h"
 
 #include <QNetworkAccessManager>
@@ -22,13 +20,10 @@ class TestSdFolderDownload : public QObject
 private slots:
     void init()
     {
-        CameraSettings settings;
-        settings.family = Family::Haisi;
-        settings.ip = fleet.ip = QStringLiteral("127.0.0.1");
-        settings.user = fleet.user = QStringLiteral("admin");
-        settings.password = fleet.password = QStringLiteral("pw&s3cret");
-        camera = std::make_unique<SimCamera>(settings);
-        installFeatures(*camera);
+        camera.reset(); // the last one gone before the next one starts
+        LoopCamera loop = startCamera(Family::Haisi, QStringLiteral("pw&s3cret"));
+        camera = std::move(loop.sim);
+        fleet = loop.seen;
         listings.clear();
         // A longer prefix than "/sd/", so it is asked first.
         camera->http().route("/sd/2", [this](HttpExchange &exchange) {
@@ -37,9 +32,6 @@ private slots:
             exchange.respond(200, listings.value(exchange.request().path), "text/html");
             return true;
         });
-        QString error;
-        QVERIFY2(camera->startHttp(QHostAddress::LocalHost, 0, &error), qPrintable(error));
-        fleet.httpPort = camera->http().serverPort();
         sandbox.reset(new QTemporaryDir);
         dest = sandbox->filePath("dest");
         QVERIFY(QDir().mkpath(dest));
@@ -57,18 +49,12 @@ private slots:
                             const QString &reported) {
             QTest::newRow(name) << folder << subFolder << misbehave << local << absent << reported;
         };
-        const QString cut = "20261124/record001/R20261124_100001_0001.264";
         row("card", "", "", "", "", "", "");
-        row("cut recording", "20261124/", "record001/", "cut=" + cut, "record001/", cut,
-            cut + " (");
         row("failing sub-folder listing", "20261123/", "", "fail=20261123/images001/", "20261123/",
             "20261123/images001/",
             "20261123/images001/ (the listing failed: the camera answered 500");
         row("failing root listing", "", "", "fail=/", "", "/", "/ (the listing failed");
         row("camera down", "", "", "down", "", "/", "/ (");
-        const QString picture = "20261123/images001/P26112310000101.jpg";
-        row("failing picture", "20261123/", "images001/", "fail=" + picture, "images001/", picture,
-            picture + " (");
         // A file name sits 10 columns further right than a sub-folder name.
         row("folder named ..", "20261123/", "", "/sd/20261123/=" + QString(30, ' ') + "../abcdef/",
             "20261123/", "20261123/", "20261123/../abcdef/ (the folder could not be created)");

@@ -1,40 +1,15 @@
 #include "app/mainwindow.h"
 
-#include "camsimfleet.h"
+#include "loopcamera.h"
 #include "testsupport.h"
 
 #include <QComboBox>
-#include <QCryptographicHash>
 #include <QDialog>
-#include <QJsonArray>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRandomGenerator>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QtTest>
-
-namespace {
-
-QJsonArray uploads(const camsimfleet::Camera &camera)
-{
-    return camsimfleet::fetchJson(camera, "/camsim/uploads").value("uploads").toArray();
-}
-
-// The camera's record of upload number `count`, once both verdicts are in.
-QJsonObject upload(const camsimfleet::Camera &camera, int count)
-{
-    QJsonObject found;
-    (void)QTest::qWaitFor(
-        [&] {
-            found = uploads(camera).at(count - 1).toObject();
-            return found["done"].toBool() && found["standardCheck"].toString() != "pending";
-        },
-        30000);
-    return found;
-}
-
-} // namespace
 
 // The whole road against simulated cameras in a private network: search,
 // unlock on the Update tab, versions, and a 5 MiB upload that the camera
@@ -107,13 +82,9 @@ private slots:
         QCOMPARE(child<QLineEdit>("versionEdit")->text(),
                  kind == 1 ? camera.webVersion : camera.firmwareVersion);
 
-        QByteArray content(5 << 20, Qt::Uninitialized);
-        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(content.data()),
-                                              content.size() / 4);
-        QFile file(dir.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        file.close();
-        child<QLineEdit>("fileEdit")->setText(file.fileName());
+        const QString sha = writeFile(dir.filePath(name), 5 << 20);
+        QVERIFY(!sha.isEmpty());
+        child<QLineEdit>("fileEdit")->setText(dir.filePath(name));
         testsupport::SeenBox box;
         testsupport::answerNextMessageBox(&box, QString(), 20000);
         child<QPushButton>("updateSubmit")->click();
@@ -122,8 +93,7 @@ private slots:
         QVERIFY2(!record.isEmpty(), "the camera saw no finished upload");
         QTEST(record["path"].toString(), "path");
         QCOMPARE(record["error"].toString(), QString());
-        QCOMPARE(record["sha256"].toString(),
-                 QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
+        QCOMPARE(record["sha256"].toString(), sha);
         QTRY_VERIFY(box.seen);
         const QString standard = record["standardCheck"].toString();
         if (standard.startsWith("unavailable"))
