@@ -4,8 +4,6 @@
 #include "app/mainwindow.h"
 #include "app/startup.h"
 #include "sdcard/sdmanager.h"
-#include "sdcard/sdrequest.h"
-#include "sdcard/sdstatus.h"
 
 #include "camsimfleet.h"
 #include "filehashes.h"
@@ -20,7 +18,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -68,15 +65,6 @@ QString boxOf(QObject *target, const char *slot)
     Boxes boxes = answerBoxes({""});
     QMetaObject::invokeMethod(target, slot);
     return QTest::qWaitFor([&] { return !boxes->isEmpty(); }, 20000) ? boxes->first() : QString();
-}
-
-QByteArray fetch(const QUrl &url)
-{
-    QNetworkAccessManager manager;
-    QNetworkReply *reply = manager.get(QNetworkRequest(url));
-    QSignalSpy(reply, &QNetworkReply::finished).wait(10000);
-    reply->deleteLater();
-    return reply->readAll();
 }
 
 int rowOf(const QTableWidget *table, const QString &text, int column)
@@ -135,15 +123,10 @@ private slots:
                                       Qt::QueuedConnection);
         });
         click(haisi);
-        const veltor::SdCamera camera{haisi.ip, QString::number(haisi.httpPort), haisi.user,
-                                      haisi.password};
-        const veltor::SdSizeLabels expected =
-            veltor::sdSizeLabels(veltor::parseSdStatus(fetch(camera.statusUrl())));
-        auto *total = child<QLabel>("totalMenorySize");
-        QTRY_COMPARE_WITH_TIMEOUT(total->text(), QString("15193.5MB"), 10000);
-        QCOMPARE(total->text(), expected.total);
-        QCOMPARE(child<QLabel>("UsedMemorySize")->text(), expected.used);
-        QCOMPARE(child<QLabel>("leftMemorySize")->text(), expected.free);
+        QTRY_COMPARE_WITH_TIMEOUT(child<QLabel>("totalMenorySize")->text(), QString("15193.5MB"),
+                                  10000);
+        QCOMPARE(child<QLabel>("UsedMemorySize")->text(), QString("7600.3MB"));
+        QCOMPARE(child<QLabel>("leftMemorySize")->text(), QString("7593.2MB"));
         QVERIFY(child<QPushButton>("viewFilesBtn")->isEnabled());
     }
     void statusProblems_data()

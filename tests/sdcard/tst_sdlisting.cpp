@@ -63,11 +63,9 @@ private slots:
             listing(
                 {line({{41, "P20"}}), "\n", line({{41, "P201123_100000_0001"}, {100, "23-Nov"}})}),
             2, "images001/", {"P20||k", "||k", "P201123_100000_0001|23-Nov|k"});
-        row("short root line", listing({line({{33, "2026/"}})}), 0, "", {});
         row("short folder line kept", listing({line({{31, "a/"}})}), 1, "", {"a/||"});
         row("unknown sub-folder kind", listing({root}), 2, "misc001/", {});
         row("no line break", QByteArray(200, 'x'), 2, "record001/", {});
-        row("empty", QByteArray(), 0, "", {});
     }
     void entries()
     {
@@ -91,7 +89,6 @@ private slots:
         row("1.5M    ", true, "1.5M");
         row("340k    ", true, "340k");
         row("0.5k    ", false, "0");
-        row("57k     ", false, "57k");
         row("1.2M    ", false, "1.2M    k"); // an image in M keeps the field
         row("1.1G    ", true, "1.1G    M");
         row("", true, "M");
@@ -101,22 +98,6 @@ private slots:
         QFETCH(QString, field);
         QFETCH(bool, record);
         QTEST(veltor::sdSizeText(field, record), "expected");
-    }
-    void localName_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("expected");
-        for (const auto &row : {std::pair<const char *, const char *>{"20261123/", "20261123"},
-                                {"P201123_100000_0001", "P201123_100000_0001"},
-                                {"abc/../x/", "abc"},
-                                {"./", ""},
-                                {"/etc/pwd/", ""}})
-            QTest::newRow(row.first) << row.first << row.second;
-    }
-    void localName()
-    {
-        QFETCH(QString, name);
-        QTEST(veltor::sdLocalName(name), "expected");
     }
 };
 
