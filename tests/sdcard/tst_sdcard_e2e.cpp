@@ -29,17 +29,17 @@ namespace {
 // with the given buttons in turn (an empty text: the default button).
 using Boxes = std::shared_ptr<QStringList>;
 
-void answerFrom(Boxes seen, QStringList buttons)
+Boxes answerBoxes(QStringList buttons, Boxes seen = std::make_shared<QStringList>())
 {
     if (buttons.isEmpty())
-        return;
+        return seen;
     const QString button = buttons.takeFirst();
     testsupport::answerNextModal(
         [seen, button, buttons](QWidget *modal) {
             auto *box = qobject_cast<QMessageBox *>(modal);
             seen->append(box ? box->windowTitle() + ": " + box->text() : QString());
             // Wait for the following box before this one is gone from the screen.
-            answerFrom(seen, buttons);
+            answerBoxes(buttons, seen);
             if (!box)
                 return void(modal->close());
             QAbstractButton *target = box->defaultButton();
@@ -50,12 +50,6 @@ void answerFrom(Boxes seen, QStringList buttons)
             (target ? target : box->buttons().first())->click();
         },
         20000);
-}
-
-Boxes answerBoxes(const QStringList &buttons)
-{
-    auto seen = std::make_shared<QStringList>();
-    answerFrom(seen, buttons);
     return seen;
 }
 

@@ -40,7 +40,7 @@ private slots:
     {
         QTest::addColumn<QString>("folder");    // "" for the whole card
         QTest::addColumn<QString>("subFolder"); // set: only this sub-folder
-        QTest::addColumn<QString>("misbehave"); // query for the card, "PATH=LISTING LINE" or "down"
+        QTest::addColumn<QString>("misbehave"); // query for the card, or "PATH=LISTING LINE"
         QTest::addColumn<QString>("local");     // where the camera folder lands below dest
         QTest::addColumn<QString>("absent");    // camera files below it do not land ("/": none)
         QTest::addColumn<QString>("reported");  // the one failure, up to the end of its reason
@@ -50,11 +50,7 @@ private slots:
             QTest::newRow(name) << folder << subFolder << misbehave << local << absent << reported;
         };
         row("card", "", "", "", "", "", "");
-        row("failing sub-folder listing", "20261123/", "", "fail=20261123/images001/", "20261123/",
-            "20261123/images001/",
-            "20261123/images001/ (the listing failed: the camera answered 500");
         row("failing root listing", "", "", "fail=/", "", "/", "/ (the listing failed");
-        row("camera down", "", "", "down", "", "/", "/ (");
         // A file name sits 10 columns further right than a sub-folder name.
         row("folder named ..", "20261123/", "", "/sd/20261123/=" + QString(30, ' ') + "../abcdef/",
             "20261123/", "20261123/", "20261123/../abcdef/ (the folder could not be created)");
@@ -73,8 +69,6 @@ private slots:
         if (misbehave.startsWith('/'))
             listings.insert(misbehave.section('=', 0, 0),
                             "<pre>\n" + misbehave.section('=', 1).toLatin1() + "\n</pre>");
-        else if (misbehave == "down")
-            camera.reset();
         else
             camsimfleet::sdCardControl(fleet, misbehave);
 

@@ -57,10 +57,9 @@ inline QJsonObject upload(const camsimfleet::Camera &camera, int n)
 // A file of random bytes; its SHA-256 in hex.
 inline QString writeFile(const QString &path, int size)
 {
-    QByteArray content((size + 3) / 4 * 4, Qt::Uninitialized);
-    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(content.data()),
-                                          content.size() / 4);
-    content.truncate(size);
+    QByteArray content(size, '\0');
+    for (char &c : content)
+        c = char(QRandomGenerator::global()->generate());
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != size)
         return QString();

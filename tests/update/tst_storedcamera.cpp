@@ -13,7 +13,6 @@ QString winbondReply(QVector<int> ip, QVector<int> firmware, QVector<int> webui)
     fields.ip = ip;
     fields.firmware = firmware;
     fields.webui = webui;
-    fields.dhcp = 1;
     return QString::fromLatin1(replybuilder::winbondReply(fields).toHex());
 }
 
@@ -93,19 +92,6 @@ private slots:
                          veltor::versionByLineForKind(camera, 1)})
                 .join('|'),
             "expected");
-    }
-    void winbondFields()
-    {
-        QStringList keys;
-        const veltor::StoredCamera camera = veltor::findStoredCamera(
-            {QString(), winbondReply(kIp5, kZeros, kZeros)}, {}, "192.168.1.5",
-            [&keys](const QString &hex, const QString &key) {
-                keys << key;
-                return dotted(hex, key);
-            });
-        QCOMPARE((QStringList{camera.subnet, camera.gateway, camera.dns, camera.port, camera.dhcp}),
-                 (QStringList{"255.255.255.0", "192.168.1.1", "8.8.8.8", "80", "1"}));
-        QVERIFY(keys.contains("frimware"));
     }
 };
 
