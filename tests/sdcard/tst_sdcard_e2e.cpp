@@ -1,6 +1,5 @@
 // The SD card tab and browser against simulated cameras in a private network
-// namespace (tests/netns/with-cameras.sh): search, unlock, status, browse,
-// preview, download, failures and format, end to end.
+// (tests/netns/with-cameras.sh), end to end.
 #include "app/mainwindow.h"
 #include "app/startup.h"
 #include "sdcard/sdmanager.h"

@@ -43,7 +43,6 @@ private slots:
         const QStringList rootEntry{"20261123/|23-Nov-2026 10:00|"};
         row("root folder", listing({root, line({{33, "index.htm"}, {61, "23-Nov-2026 10:00"}})}), 0,
             "", rootEntry);
-        row("last line never read", "head\n" + root.chopped(1), 0, "", {});
         row("line after last break ignored", "head\n" + root + root.chopped(1), 0, "", rootEntry);
         row("folder",
             listing({line({{31, "images001/"}, {72, "23-Nov-2026 10:01"}}),

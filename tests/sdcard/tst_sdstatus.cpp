@@ -33,8 +33,6 @@ private slots:
         row("NotReady counts as ready", body("NotReady", "0", "0"), true, {"0KB", "0KB", "0KB"});
         row("small card keeps the text as sent", body("ready", "0512", "x"), false,
             {"0512KB", "xKB", "512KB"});
-        row("missing status", "var sdtotalspace=\"10\";var sdfreespace=\"4\";", false,
-            {"10KB", "4KB", "6KB"});
         row("missing total", "var sdstatus=\"Ready\";var sdfreespace=\"4\";", true, none);
         row("no quotes", "var sdstatus=Ready;var sdtotalspace=4096;", false, none);
         row("later key wins",

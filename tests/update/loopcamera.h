@@ -65,3 +65,13 @@ inline QString writeFile(const QString &path, int size)
         return QString();
     return QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex();
 }
+
+// What the camera stored is the file, and a standard parser took it if one is there.
+inline void compareStored(const QJsonObject &record, const QString &sha)
+{
+    QCOMPARE(record["error"].toString(), QString());
+    QVERIFY(record["ok"].toBool());
+    QCOMPARE(record["sha256"].toString(), sha);
+    const QString standard = record["standardCheck"].toString();
+    QVERIFY2(standard == "passed" || standard.startsWith("unavailable"), qPrintable(standard));
+}

@@ -90,15 +90,9 @@ private slots:
         child<QPushButton>("updateSubmit")->click();
 
         const QJsonObject record = upload(camera, before + 1);
-        QVERIFY2(!record.isEmpty(), "the camera saw no finished upload");
         QTEST(record["path"].toString(), "path");
-        QCOMPARE(record["error"].toString(), QString());
-        QCOMPARE(record["sha256"].toString(), sha);
+        compareStored(record, sha);
         QTRY_VERIFY(box.seen);
-        const QString standard = record["standardCheck"].toString();
-        if (standard.startsWith("unavailable"))
-            QSKIP(qPrintable("no standard multipart parser: " + standard));
-        QCOMPARE(standard, QStringLiteral("passed"));
     }
 
 private:
