@@ -126,8 +126,7 @@ private slots:
         QVERIFY(QFile::link(outside.path(), dest + "/20261123"));
         veltor::SdFolderDownload walk = download();
         walk.fetchFolder("20261123/", dest);
-        QCOMPARE(QDir(outside.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                 QStringList());
+        QVERIFY(QDir(outside.path()).isEmpty());
         QCOMPARE(walk.failures.size(), 1);
     }
 

@@ -60,7 +60,6 @@ private slots:
             2, "images001/", {"P20||k", "||k", "P201123_100000_0001|23-Nov|k"});
         row("short folder line kept", listing({line({{31, "a/"}})}), 1, "", {"a/||"});
         row("unknown sub-folder kind", listing({root}), 2, "misc001/", {});
-        row("no line break", QByteArray(200, 'x'), 2, "record001/", {});
     }
     void entries()
     {

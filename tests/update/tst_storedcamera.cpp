@@ -27,15 +27,14 @@ QString dotted(const QString &hex, const QString &)
     return parts.join(QLatin1Char('.'));
 }
 
-QString hdsReply(const QString &ipLine, int extraLines = 0)
+QString hdsReply(const QByteArray &ipLine, int extraLines = 0)
 {
-    QStringList lines{
-        "HDS/1.0 200 OK",        "Device-Name=Cam", ipLine,         "MASK=255.255.255.0",
-        "Gateway=192.168.1.1",   "Fdns=8.8.8.8",    "Http-Port=81", "Dhcp=0",
-        "Software-Version=V5.1", "Web-Version=W2.0"};
+    QList<QByteArray> lines{
+        "Device-Name=Cam", ipLine,   "MASK=255.255.255.0",    "Gateway=192.168.1.1", "Fdns=8.8.8.8",
+        "Http-Port=81",    "Dhcp=0", "Software-Version=V5.1", "Web-Version=W2.0"};
     for (int i = 0; i < extraLines; ++i)
-        lines << QStringLiteral("Extra%1=line%1").arg(i + 11);
-    return lines.join("\r\n") + "\r\n";
+        lines << QStringLiteral("Extra%1=line%1").arg(i + 11).toLatin1();
+    return QString::fromLatin1(replybuilder::hdsReply(lines));
 }
 
 } // namespace

@@ -11,9 +11,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-// The whole road against simulated cameras in a private network: search,
-// unlock on the Update tab, versions, and a 5 MiB upload that the camera
-// stores and a standard multipart parser accepts.
+// The whole road in a private network: search, unlock on the Update tab,
+// versions, and a 5 MiB upload the camera stores and a standard parser accepts.
 class tst_UploadNetns : public QObject
 {
     Q_OBJECT
@@ -25,11 +24,10 @@ private slots:
         window = new MainWindow;
         child<QComboBox>("wifiComboBox")->setCurrentText(qEnvironmentVariable("VELTOR_TOOL_IP"));
         QMetaObject::invokeMethod(window, "on_searchButton_clicked");
+        auto *table = child<QTableWidget>("tableWidgetSearch_3");
         for (const camsimfleet::Camera &camera : qAsConst(fleet))
-            QVERIFY2(!child<QTableWidget>("tableWidgetSearch_3")
-                          ->findItems(camera.ip, Qt::MatchExactly)
-                          .isEmpty(),
-                     qPrintable(camera.ip + " was not found"));
+            QVERIFY2(!table->findItems(camera.ip, Qt::MatchExactly).isEmpty(),
+                     qPrintable(camera.ip));
     }
     void cleanupTestCase() { delete window; }
     void uploadToCamera_data()
