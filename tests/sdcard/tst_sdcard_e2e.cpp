@@ -1,11 +1,8 @@
 // The SD card tab and browser against simulated cameras in a private network
-// namespace (tests/netns/with-cameras.sh): search, unlock, status, browse,
-// preview, download, failures and format, end to end.
+// (tests/netns/with-cameras.sh), end to end.
 #include "app/mainwindow.h"
 #include "app/startup.h"
 #include "sdcard/sdmanager.h"
-#include "sdcard/sdrequest.h"
-#include "sdcard/sdstatus.h"
 
 #include "camsimfleet.h"
 #include "filehashes.h"
@@ -20,7 +17,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -32,17 +28,17 @@ namespace {
 // with the given buttons in turn (an empty text: the default button).
 using Boxes = std::shared_ptr<QStringList>;
 
-void answerFrom(Boxes seen, QStringList buttons)
+Boxes answerBoxes(QStringList buttons, Boxes seen = std::make_shared<QStringList>())
 {
     if (buttons.isEmpty())
-        return;
+        return seen;
     const QString button = buttons.takeFirst();
     testsupport::answerNextModal(
         [seen, button, buttons](QWidget *modal) {
             auto *box = qobject_cast<QMessageBox *>(modal);
             seen->append(box ? box->windowTitle() + ": " + box->text() : QString());
             // Wait for the following box before this one is gone from the screen.
-            answerFrom(seen, buttons);
+            answerBoxes(buttons, seen);
             if (!box)
                 return void(modal->close());
             QAbstractButton *target = box->defaultButton();
@@ -53,12 +49,6 @@ void answerFrom(Boxes seen, QStringList buttons)
             (target ? target : box->buttons().first())->click();
         },
         20000);
-}
-
-Boxes answerBoxes(const QStringList &buttons)
-{
-    auto seen = std::make_shared<QStringList>();
-    answerFrom(seen, buttons);
     return seen;
 }
 
@@ -68,15 +58,6 @@ QString boxOf(QObject *target, const char *slot)
     Boxes boxes = answerBoxes({""});
     QMetaObject::invokeMethod(target, slot);
     return QTest::qWaitFor([&] { return !boxes->isEmpty(); }, 20000) ? boxes->first() : QString();
-}
-
-QByteArray fetch(const QUrl &url)
-{
-    QNetworkAccessManager manager;
-    QNetworkReply *reply = manager.get(QNetworkRequest(url));
-    QSignalSpy(reply, &QNetworkReply::finished).wait(10000);
-    reply->deleteLater();
-    return reply->readAll();
 }
 
 int rowOf(const QTableWidget *table, const QString &text, int column)
@@ -135,15 +116,10 @@ private slots:
                                       Qt::QueuedConnection);
         });
         click(haisi);
-        const veltor::SdCamera camera{haisi.ip, QString::number(haisi.httpPort), haisi.user,
-                                      haisi.password};
-        const veltor::SdSizeLabels expected =
-            veltor::sdSizeLabels(veltor::parseSdStatus(fetch(camera.statusUrl())));
-        auto *total = child<QLabel>("totalMenorySize");
-        QTRY_COMPARE_WITH_TIMEOUT(total->text(), QString("15193.5MB"), 10000);
-        QCOMPARE(total->text(), expected.total);
-        QCOMPARE(child<QLabel>("UsedMemorySize")->text(), expected.used);
-        QCOMPARE(child<QLabel>("leftMemorySize")->text(), expected.free);
+        QTRY_COMPARE_WITH_TIMEOUT(child<QLabel>("totalMenorySize")->text(), QString("15193.5MB"),
+                                  10000);
+        QCOMPARE(child<QLabel>("UsedMemorySize")->text(), QString("7600.3MB"));
+        QCOMPARE(child<QLabel>("leftMemorySize")->text(), QString("7593.2MB"));
         QVERIFY(child<QPushButton>("viewFilesBtn")->isEnabled());
     }
     void statusProblems_data()

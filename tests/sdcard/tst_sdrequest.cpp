@@ -1,7 +1,5 @@
-// Camera requests against a camera that sends its answer as fast as loopback
-// takes it: the body limit must hold even when the whole answer is in before
-// the tool's progress check runs (Qt reports progress at most every 100 ms),
-// and a redirect is the answer, never followed (Qt 6 would follow it).
+// The body limit must hold even when the whole answer is in before the progress
+// check runs (at most every 100 ms); a redirect is the answer (Qt 6 would follow).
 #include "auth/credentialcheck.h"
 #include "sdcard/sdrequest.h"
 
@@ -18,9 +16,8 @@ namespace {
 
 constexpr qint64 kLimit = 8 * 1024 * 1024;
 
-// Accepts one connection on a free loopback port, reads the request and sends
-// `head` and `bodyBytes` bytes of body from a thread of its own, as fast as
-// the peer takes them.
+// One connection on loopback, answered with `head` and `bodyBytes` bytes of
+// body from a thread of its own, as fast as the peer takes them.
 struct BlurtingCamera
 {
     explicit BlurtingCamera(qint64 bodyBytes, const QByteArray &head = "HTTP/1.1 200 OK\r\n")

@@ -67,15 +67,10 @@ private slots:
         QTest::newRow("winbond webui, credentials unescaped")
             << target("Winbond", 1, "a&b c", "p w&x=%", "ui.bin", 10)
             << winbondHead("POST /upgrade_htmls.cgi?user=a&b c&pwd=p w&x=% HTTP/1.1\r\n", "156");
-        QTest::newRow("winbond zero-length file")
-            << target("Winbond", 0, admin, QString(), "x.bin", 0)
-            << winbondHead("POST /upgrade_firmware.cgi?user=admin&pwd= HTTP/1.1\r\n", "146");
         // base64("admin:1234") = YWRtaW46MTIzNA==
-        const QByteArray blankName = haisiHead("a%20b.pkg", "703", "YWRtaW46MTIzNA==", "a b.pkg");
-        QTest::newRow("haisi firmware, blank in name")
-            << target("Haisi", 0, admin, "1234", "a b.pkg", 500) << blankName;
-        QTest::newRow("haisi webui sends the same request")
-            << target("Haisi", 1, admin, "1234", "a b.pkg", 500) << blankName;
+        QTest::newRow("haisi webui, blank in name")
+            << target("Haisi", 1, admin, "1234", "a b.pkg", 500)
+            << haisiHead("a%20b.pkg", "703", "YWRtaW46MTIzNA==", "a b.pkg");
         // "é" is two UTF-8 bytes; reserved characters are escaped, unreserved kept.
         QTest::newRow("haisi utf-8 and reserved characters")
             << target("Haisi", 0, "ü", "p:w", QString::fromUtf8("é&_~-.x+.pkg"), 0)
@@ -103,13 +98,10 @@ private slots:
         QTest::addColumn<QByteArray>("line");
         QTest::addColumn<QString>("problem");
         const QString refused = QStringLiteral("the camera refused the file: \"%1\"");
-        QTest::newRow("204") << QByteArray("HTTP/1.0 204 No Content\r\n") << QString();
-        QTest::newRow("no reason") << QByteArray("HTTP/1.1 200\r\n") << QString();
-        QTest::newRow("refused") << QByteArray("HTTP/1.1 400 Bad Request\r\n")
-                                 << refused.arg("HTTP/1.1 400 Bad Request");
-        QTest::newRow("not http") << QByteArray("200 OK\r\n") << refused.arg("200 OK");
-        QTest::newRow("long code")
-            << QByteArray("HTTP/1.1 2000 OK\r\n") << refused.arg("HTTP/1.1 2000 OK");
+        for (const char *ok : {"HTTP/1.0 204 No Content\r\n", "HTTP/1.1 200\r\n"})
+            QTest::newRow(ok) << QByteArray(ok) << QString();
+        for (const char *no : {"HTTP/1.1 400 Bad Request", "200 OK", "HTTP/1.1 2000 OK"})
+            QTest::newRow(no) << QByteArray(no) + "\r\n" << refused.arg(no);
         QTest::newRow("control characters") << QByteArray("HTTP/1.1 500 \x1b[2J\x07oops\r\n")
                                             << refused.arg("HTTP/1.1 500 ?[2J?oops");
         QTest::newRow("empty") << QByteArray("\r\n")
