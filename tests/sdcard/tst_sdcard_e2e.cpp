@@ -1,5 +1,6 @@
 // The SD card tab and browser against simulated cameras in a private network
-// (tests/netns/with-cameras.sh), end to end.
+// namespace (tests/netns/with-cameras.sh): search, unlock, status, browse,
+// preview, download, failures and format, end to end.
 #include "app/mainwindow.h"
 #include "app/startup.h"
 #include "sdcard/sdmanager.h"
@@ -28,17 +29,17 @@ namespace {
 // with the given buttons in turn (an empty text: the default button).
 using Boxes = std::shared_ptr<QStringList>;
 
-Boxes answerBoxes(QStringList buttons, Boxes seen = std::make_shared<QStringList>())
+void answerFrom(Boxes seen, QStringList buttons)
 {
     if (buttons.isEmpty())
-        return seen;
+        return;
     const QString button = buttons.takeFirst();
     testsupport::answerNextModal(
         [seen, button, buttons](QWidget *modal) {
             auto *box = qobject_cast<QMessageBox *>(modal);
             seen->append(box ? box->windowTitle() + ": " + box->text() : QString());
             // Wait for the following box before this one is gone from the screen.
-            answerBoxes(buttons, seen);
+            answerFrom(seen, buttons);
             if (!box)
                 return void(modal->close());
             QAbstractButton *target = box->defaultButton();
@@ -49,6 +50,12 @@ Boxes answerBoxes(QStringList buttons, Boxes seen = std::make_shared<QStringList
             (target ? target : box->buttons().first())->click();
         },
         20000);
+}
+
+Boxes answerBoxes(const QStringList &buttons)
+{
+    auto seen = std::make_shared<QStringList>();
+    answerFrom(seen, buttons);
     return seen;
 }
 

@@ -8,6 +8,7 @@
 #include <QCryptographicHash>
 #include <QJsonArray>
 #include <QRandomGenerator>
+#include <QTcpServer>
 #include <QtTest>
 
 // An in-process camera, and the same camera as the fleet helpers see it.
@@ -24,6 +25,12 @@ inline LoopCamera startCamera(veltor::camsim::Family family, const QString &pass
     settings.ip = QStringLiteral("127.0.0.1");
     settings.user = QStringLiteral("admin");
     settings.password = password;
+    // A free port rather than 80, so tests running side by side never meet; the
+    // camera checks the Host header against its own port, so it is told which.
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost, 0);
+    settings.httpPort = probe.serverPort();
+    probe.close();
     LoopCamera camera{std::make_unique<veltor::camsim::SimCamera>(settings), {}};
     veltor::camsim::installFeatures(*camera.sim);
     QString error;
