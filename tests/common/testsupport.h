@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <functional>
@@ -11,14 +12,20 @@
 namespace testsupport {
 
 // Hands the next visible modal widget to `answer` (which should close it),
-// polling from a timer; gives up silently after `timeoutMs`.
+// polling from a timer; gives up silently after `timeoutMs`. Modals already up
+// when asked (a modal browser, the box being answered) are not the next one.
 inline void answerNextModal(std::function<void(QWidget *)> answer, int timeoutMs = 5000)
 {
+    QList<QPointer<QWidget>> before;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isModal() && widget->isVisible())
+            before.append(widget);
+    }
     auto *timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, timer,
-                     [timer, answer, deadline = QDeadlineTimer(timeoutMs)] {
+                     [timer, answer, before, deadline = QDeadlineTimer(timeoutMs)] {
                          QWidget *modal = QApplication::activeModalWidget();
-                         const bool shown = modal && modal->isVisible();
+                         const bool shown = modal && modal->isVisible() && !before.contains(modal);
                          if (shown || deadline.hasExpired()) {
                              timer->stop();
                              timer->deleteLater();
