@@ -49,8 +49,12 @@ SimCamera::SimCamera(const CameraSettings &settings, QObject *parent)
 
 bool SimCamera::startHttp(const QHostAddress &address, quint16 port, QString *error)
 {
-    if (server->listen(address, port ? port : config.httpPort))
+    if (server->listen(address, port ? port : config.httpPort)) {
+        // Port 0 asks for a free one; the camera then answers and checks as on it.
+        if (!config.httpPort)
+            config.httpPort = server->serverPort();
         return true;
+    }
     *error = QStringLiteral("camera %1: HTTP on %2:%3: %4")
                  .arg(config.name, address.toString())
                  .arg(port ? port : config.httpPort)

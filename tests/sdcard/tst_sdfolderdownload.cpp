@@ -19,7 +19,6 @@ class TestSdFolderDownload : public QObject
 private slots:
     void init()
     {
-        camera.reset(); // the last one gone before the next one starts
         LoopCamera loop = startCamera(Family::Haisi, QStringLiteral("pw&s3cret"));
         camera = std::move(loop.sim);
         fleet = loop.seen;

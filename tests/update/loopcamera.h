@@ -8,7 +8,6 @@
 #include <QCryptographicHash>
 #include <QJsonArray>
 #include <QRandomGenerator>
-#include <QTcpServer>
 #include <QtTest>
 
 // An in-process camera, and the same camera as the fleet helpers see it.
@@ -25,12 +24,7 @@ inline LoopCamera startCamera(veltor::camsim::Family family, const QString &pass
     settings.ip = QStringLiteral("127.0.0.1");
     settings.user = QStringLiteral("admin");
     settings.password = password;
-    // A free port rather than 80, so tests running side by side never meet; the
-    // camera checks the Host header against its own port, so it is told which.
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost, 0);
-    settings.httpPort = probe.serverPort();
-    probe.close();
+    settings.httpPort = 0; // a free port: tests side by side never meet
     LoopCamera camera{std::make_unique<veltor::camsim::SimCamera>(settings), {}};
     veltor::camsim::installFeatures(*camera.sim);
     QString error;
