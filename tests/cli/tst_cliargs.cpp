@@ -94,7 +94,7 @@ private slots:
         row(upgrade + " --firmware", Usage, "no targets");
         row(upgrade + " --firmware --all-family Haisi 10.0.0.1", Usage, "exclude each other");
         row(upgrade + " --webui --all-family Sony", Usage, "wants Haisi or Winbond, not \"Sony\"");
-        row(upgrade + " --firmware --parallel 0 10.0.0.1", Usage, "number from 1 to 64");
+        row(upgrade + " --firmware --parallel 0 --all-family haisi", Usage, "number from 1 to 64");
         row("upgrade --user a --firmware 10.0.0.1", Usage, "--file is required");
         row("upgrade --user a --firmware --file /nonexist 10.0.0.1", Failure,
             "read the file /nonexist");

@@ -31,7 +31,7 @@ private slots:
                                 << dhcp;
         };
         const QString ip = "10.78.0.102", gateway = "10.78.0.254", at = "verified: MAC at " + ip;
-        row("wrong password", 2, "--ip 10.78.0.150 --timeout 1", 1,
+        row("wrong password, too long for a Winbond field", 2, "--ip 10.78.0.150 --timeout 1", 1,
             "Your username or password is not correct!", {}, {}, 0, false);
         row("winbond part above 255", 0, "--ip 10.78.0.300 --timeout 1", 2,
             "Ip-address has invalid values", {}, {}, 0, false);
@@ -60,7 +60,8 @@ private slots:
         const CliRun run = runCli(
             QStringList{"set", camera.mac, "--user", camera.user, "--verify", "--timeout", "30"} +
                 options.split(' '),
-            QString(QTest::currentDataTag()).contains("password") ? "not-it" : camera.password);
+            QString(QTest::currentDataTag()).contains("password") ? "not-the-password"
+                                                                  : camera.password);
         QVERIFY2(run.exitCode == exitCode, qPrintable(run.out + run.err));
         const bool sent = exitCode == 0 || port != 0;
         QVERIFY2((sent ? run.out : run.err).contains(message.replace("MAC", camera.mac)),

@@ -56,6 +56,7 @@ private slots:
                    fleet.first().password, 180000);
         QVERIFY2(run.exitCode == 0, qPrintable(run.out + run.err));
         QVERIFY2(run.out.contains("\n20 verified\n"), qPrintable(run.out));
+        QVERIFY2(run.err.contains("uploads: 20 sent, 11.4 MiB of file in "), qPrintable(run.err));
         for (const camsimfleet::Camera &camera : qAsConst(fleet)) {
             const QString path = camera.family == "Winbond" ? "/upgrade_firmware.cgi"
                                                             : "/web/cgi-bin/hi3510/upgrade.cgi";
