@@ -100,6 +100,17 @@ private slots:
         }
     }
 
+    // One camera: the run waits for its restart too, not only for a crowd's.
+    void oneCamera()
+    {
+        const CliRun run =
+            runCli(upgrade("--webui", "1.1.0.0", 4096) +
+                       QStringList{"--state-file", dir.filePath("one.json"), fleet.last().ip},
+                   fleet.first().password, 120000);
+        QVERIFY2(run.exitCode == 0 && run.out.contains("\n1 verified\n"),
+                 qPrintable(run.out + run.err));
+    }
+
 private:
     // The options to upload `size` random bytes, their SHA-256 kept in `hash`.
     QStringList upgrade(const QString &kind, const QString &version, int size)
