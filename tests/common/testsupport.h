@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTimer>
 #include <functional>
 
@@ -36,6 +37,26 @@ inline void answerNextModal(std::function<void(QWidget *)> answer, int timeoutMs
     timer->start(10);
 }
 
+// Presses the box's button with the given text (empty: its default, else first).
+inline void press(QMessageBox *box, const QString &buttonText)
+{
+    QAbstractButton *target = box->defaultButton();
+    for (QAbstractButton *button : box->buttons()) {
+        if (!buttonText.isEmpty() && button->text().remove(QLatin1Char('&')) == buttonText)
+            target = button;
+    }
+    if (!target)
+        target = box->buttons().value(0);
+    target ? target->click() : void(box->close());
+}
+
+// The row of the first cell showing exactly `text`, or -1.
+inline int rowOf(const QTableWidget *table, const QString &text)
+{
+    const QList<QTableWidgetItem *> found = table->findItems(text, Qt::MatchExactly);
+    return found.isEmpty() ? -1 : found.first()->row();
+}
+
 // Presses the next message box's button with the given text (empty: its
 // default, else first) and stores its title and text; other dialogs are rejected.
 struct SeenBox
@@ -55,17 +76,7 @@ inline void answerNextMessageBox(SeenBox *seen, const QString &buttonText = QStr
                 return;
             }
             *seen = {box->windowTitle(), box->text(), true};
-            QAbstractButton *target = box->defaultButton();
-            for (QAbstractButton *button : box->buttons()) {
-                if (!buttonText.isEmpty() && button->text().remove(QLatin1Char('&')) == buttonText)
-                    target = button;
-            }
-            if (!target)
-                target = box->buttons().value(0);
-            if (target)
-                target->click();
-            else
-                box->close();
+            press(box, buttonText);
         },
         timeoutMs);
 }

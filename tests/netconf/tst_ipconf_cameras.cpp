@@ -3,6 +3,7 @@
 #include "app/mainwindow.h"
 #include "camsimfleet.h"
 #include "netconf/configparse.h"
+#include "testsupport.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -113,7 +114,7 @@ private slots:
         QFETCH(QStringList, listed);
         const camsimfleet::Camera camera = fleet.at(index);
         search();
-        const int row = rowOf(camera.ip);
+        const int row = testsupport::rowOf(table, camera.ip);
 
         // Cancelled: the form stays shut.
         click(row);
@@ -143,7 +144,7 @@ private slots:
         search();
         expectEnabled(false,
                       {"dhcpsubmit", "httpport", "fileChoose", "updateSubmit", "viewFilesBtn"});
-        const int now = rowOf(listed.at(0));
+        const int now = testsupport::rowOf(table, listed.at(0));
         QVERIFY2(now >= 0, "the camera is not listed where it should be");
         QCOMPARE(cell(now, 3) + ' ' + cell(now, 4), camera.mac + " off");
         QCOMPARE(listedForm(now), listed);
@@ -161,7 +162,7 @@ private slots:
             QCOMPARE(form(), listedForm(row));
         }
         modals->logins << QStringList{camera.user, camera.password};
-        click(rowOf(camera.ip));
+        click(testsupport::rowOf(table, camera.ip));
         QCOMPARE(modals->titles, QStringList{"Authentication"});
         QCOMPARE(modals->texts, QStringList{"Timeout, username and password could not be checked"});
         QVERIFY(window->findChild<QWidget *>("dhcpsubmit")->isEnabled());
@@ -267,11 +268,6 @@ private:
     QStringList listedForm(int row) const
     {
         return {cell(row, 1), cell(row, 5), cell(row, 6), cell(row, 7), cell(row, 2)};
-    }
-    int rowOf(const QString &ip) const
-    {
-        const auto found = table->findItems(ip, Qt::MatchExactly);
-        return found.isEmpty() ? -1 : found.first()->row();
     }
     QString cell(int row, int column) const { return table->item(row, column)->text(); }
     void expectEnabled(bool enabled, std::initializer_list<const char *> names)

@@ -25,6 +25,8 @@
 
 namespace {
 
+using testsupport::rowOf;
+
 // What the boxes shown one after the other said ("title: text"), answered
 // with the given buttons in turn (an empty text: the default button).
 using Boxes = std::shared_ptr<QStringList>;
@@ -40,14 +42,7 @@ void answerFrom(Boxes seen, QStringList buttons)
             seen->append(box ? box->windowTitle() + ": " + box->text() : QString());
             // Wait for the following box before this one is gone from the screen.
             answerFrom(seen, buttons);
-            if (!box)
-                return void(modal->close());
-            QAbstractButton *target = box->defaultButton();
-            for (QAbstractButton *b : box->buttons()) {
-                if (!button.isEmpty() && b->text().remove(QLatin1Char('&')) == button)
-                    target = b;
-            }
-            (target ? target : box->buttons().first())->click();
+            box ? testsupport::press(box, button) : void(modal->close());
         },
         20000);
 }
@@ -65,15 +60,6 @@ QString boxOf(QObject *target, const char *slot)
     Boxes boxes = answerBoxes({""});
     QMetaObject::invokeMethod(target, slot);
     return QTest::qWaitFor([&] { return !boxes->isEmpty(); }, 20000) ? boxes->first() : QString();
-}
-
-int rowOf(const QTableWidget *table, const QString &text, int column)
-{
-    for (int row = 0; row < table->rowCount(); ++row) {
-        if (table->item(row, column) && table->item(row, column)->text() == text)
-            return row;
-    }
-    return -1;
 }
 
 QTableWidget *listOf(sdmanager *browser)
@@ -259,7 +245,7 @@ private slots:
             QMetaObject::invokeMethod(browser.get(), "on_selectallBtn_clicked");
         else
             QMetaObject::invokeMethod(browser.get(), "mycellfileClicked",
-                                      Q_ARG(int, rowOf(listOf(browser.get()), tick, 0)),
+                                      Q_ARG(int, rowOf(listOf(browser.get()), tick)),
                                       Q_ARG(int, 0));
 
         const bool listingFails = lost.endsWith('/');
@@ -365,7 +351,7 @@ private:
     void click(const camsimfleet::Camera &camera)
     {
         QMetaObject::invokeMethod(window, "mycellClickedSdmanager",
-                                  Q_ARG(int, rowOf(table, camera.ip, 1)), Q_ARG(int, 1));
+                                  Q_ARG(int, rowOf(table, camera.ip)), Q_ARG(int, 1));
     }
     std::unique_ptr<sdmanager> openBrowser(const QString &target)
     {
@@ -379,11 +365,11 @@ private:
     bool enter(sdmanager *browser, const QString &folder)
     {
         QTableWidget *list = listOf(browser);
-        if (!QTest::qWaitFor([&] { return rowOf(list, folder, 0) >= 0; }, 10000))
+        if (!QTest::qWaitFor([&] { return rowOf(list, folder) >= 0; }, 10000))
             return false;
-        QMetaObject::invokeMethod(browser, "mycellsdDoubleClicked",
-                                  Q_ARG(int, rowOf(list, folder, 0)), Q_ARG(int, 0));
-        return QTest::qWaitFor([&] { return list->rowCount() > 0 && rowOf(list, folder, 0) < 0; },
+        QMetaObject::invokeMethod(browser, "mycellsdDoubleClicked", Q_ARG(int, rowOf(list, folder)),
+                                  Q_ARG(int, 0));
+        return QTest::qWaitFor([&] { return list->rowCount() > 0 && rowOf(list, folder) < 0; },
                                10000);
     }
     template <class T> T *child(const char *name) { return window->findChild<T *>(name); }
